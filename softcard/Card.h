@@ -1,6 +1,7 @@
 #ifndef SOFTCARD_CARD_H
 #define SOFTCARD_CARD_H
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -8,6 +9,8 @@
 #include "CallLog.h"
 #include "CardDescription.h"
 #include "FaultPlan.h"
+#include "Tables.h"
+#include "hal/HalBcmCommon.h"
 #include "hal/limid.h"
 
 namespace softcard {
@@ -21,9 +24,14 @@ class Card {
   /// records of installed destinations freed. Singletons and managers that were handed out stay valid.
   void Reset(const CardDescription& description = {});
 
-  const CardDescription& description() const;
-  CallLog& log();
-  FaultPlan& faults();
+  const CardDescription& description() const { return description_; }
+  CallLog& log() { return log_; }
+  FaultPlan& faults() { return faults_; }
+  Tables& tables() { return *tables_; }
+  const Tables& tables() const { return *tables_; }
+  /// What `HalBcmCommon::GetInstance()` gives, without the call being seen.
+  HalBcmCommon& common() { return common_; }
+  const HalBcmCommon& common() const { return common_; }
 
   /// The lim id of "eth1", "lag2", "cpu" or "vlan100"; word 0, which is of no kind, for any other name. Ports need not
   /// exist: "eth99" is an Ethernet lim id that no table of a 48-port card holds.
@@ -36,6 +44,15 @@ class Card {
   /// "intf 1: vrf=1 vlan=100 mac=00:00:5e:00:01:01 mtu=1500 flags=0x0 tunnel=none". Throws std::invalid_argument
   /// for a name that is no table's.
   std::vector<std::string> Rows(std::string_view table) const;
+
+ private:
+  Card() { Reset(); }
+
+  CardDescription description_;
+  CallLog log_;
+  FaultPlan faults_;
+  std::optional<Tables> tables_;
+  HalBcmCommon common_;
 };
 
 }  // namespace softcard

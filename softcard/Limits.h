@@ -1,0 +1,17 @@
+#ifndef SOFTCARD_LIMITS_H
+#define SOFTCARD_LIMITS_H
+
+/// The numbers that are the same on every card.
+namespace softcard {
+
+constexpr unsigned kNoLabel = 0xFFFFFFFF;
+constexpr unsigned kLastLabel = 0xFFFFF;  ///< labels have 20 bits
+constexpr int kMaxLabels = 2;             ///< that a tunnel initiator pushes
+constexpr unsigned char kLastExp = 7;
+constexpr int kNoIntf = -1;
+constexpr unsigned kFirstVlan = 1;
+constexpr unsigned kLastVlan = 4094;
+
+}  // namespace softcard
+
+#endif

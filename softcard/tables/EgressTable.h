@@ -1,0 +1,54 @@
+#ifndef SOFTCARD_TABLES_EGRESS_TABLE_H
+#define SOFTCARD_TABLES_EGRESS_TABLE_H
+
+#include <string>
+#include <vector>
+
+#include "IdTable.h"
+#include "IntfTable.h"
+#include "../Limits.h"
+#include "Ports.h"
+#include "hal/EgressManager.h"
+#include "hal/IntfObject.h"
+
+namespace softcard {
+
+/// A next hop: where a packet goes, and the label that it gets below those of the interface's tunnel initiator.
+struct Egress {
+  int intf;  ///< kNoIntf, or an interface, which may have been deleted since
+  MacAddress mac;
+  unsigned short vlan_id;
+  int port;
+  unsigned label;
+  bool to_cpu;
+  bool drop;
+  ExpLabelControl control;
+
+  /// Whether `label` counts.
+  bool HasLabel() const { return control != EXP_LABEL_CONTROL_NONE && label != kNoLabel; }
+};
+
+/// L3 egress objects. They are bound to interfaces by id only: deleting an interface leaves its egress objects.
+class EgressTable : public IdTable<Egress> {
+ public:
+  EgressTable(const IntfTable& intfs, const Ports& ports, unsigned size)
+      : IdTable(100001, size), intfs_(intfs), ports_(ports) {}
+
+  /// The new object's id; BCM_E_PARAM for a null MAC, a label above 20 bits that counts, an unknown control;
+  /// BCM_E_NOT_FOUND for an unknown interface; BCM_E_PORT for an unknown port, unless it drops; BCM_E_FULL.
+  int Create(const Egress& values, const unsigned char* mac);
+  /// The same refusals; BCM_E_NOT_FOUND for an unknown egress object.
+  int Update(int egress_id, const Egress& values, const unsigned char* mac);
+
+  std::vector<std::string> Rows() const;
+
+ private:
+  int Check(const Egress& values, const unsigned char* mac) const;
+
+  const IntfTable& intfs_;
+  const Ports& ports_;
+};
+
+}  // namespace softcard
+
+#endif

@@ -1,0 +1,50 @@
+#ifndef SOFTCARD_TABLES_ID_TABLE_H
+#define SOFTCARD_TABLES_ID_TABLE_H
+
+#include <limits>
+#include <map>
+#include <utility>
+
+#include "bcm/error.h"
+
+namespace softcard {
+
+/// Rows under ids that the table gives out: one after the other from the first on, so that the same requests always
+/// get the same ids and an id that has been deleted comes back only after all others.
+template <typename Row>
+class IdTable {
+ public:
+  IdTable(int first_id, unsigned size) : first_id_(first_id), size_(size), next_id_(first_id) {}
+
+  /// The new row's id, or BCM_E_FULL.
+  int Add(Row row) {
+    if (rows_.size() >= size_) return BCM_E_FULL;
+    while (!rows_.try_emplace(next_id_, std::move(row)).second) Advance();
+    const int id = next_id_;
+    Advance();
+    return id;
+  }
+  int Delete(int id) { return rows_.erase(id) ? BCM_E_NONE : BCM_E_NOT_FOUND; }
+
+  /// Null for an id that is not in use. Rows stay where they are until they are deleted.
+  Row* Find(int id) {
+    const auto row = rows_.find(id);
+    return row == rows_.end() ? nullptr : &row->second;
+  }
+  const Row* Find(int id) const { return const_cast<IdTable*>(this)->Find(id); }
+
+  const std::map<int, Row>& rows() const { return rows_; }
+  unsigned size() const { return size_; }
+
+ private:
+  void Advance() { next_id_ = next_id_ == std::numeric_limits<int>::max() ? first_id_ : next_id_ + 1; }
+
+  const int first_id_;
+  const unsigned size_;
+  int next_id_;
+  std::map<int, Row> rows_;
+};
+
+}  // namespace softcard
+
+#endif

@@ -1,0 +1,44 @@
+#ifndef SOFTCARD_TABLES_KEY_TABLE_H
+#define SOFTCARD_TABLES_KEY_TABLE_H
+
+#include <map>
+
+#include "bcm/error.h"
+
+namespace softcard {
+
+/// Rows under keys that the caller brings.
+template <typename Key, typename Row>
+class KeyTable {
+ public:
+  explicit KeyTable(unsigned size) : size_(size) {}
+
+  /// A new row: BCM_E_EXISTS for a key that has one, BCM_E_FULL without room.
+  int Insert(const Key& key, const Row& row) { return Find(key) ? BCM_E_EXISTS : Write(key, row); }
+
+  /// The key's row, new or not: BCM_E_FULL for a new one without room.
+  int Write(const Key& key, const Row& row) {
+    if (rows_.size() >= size_ && !Find(key)) return BCM_E_FULL;
+    rows_[key] = row;
+    return BCM_E_NONE;
+  }
+
+  int Delete(const Key& key) { return rows_.erase(key) ? BCM_E_NONE : BCM_E_NOT_FOUND; }
+
+  /// Null for a key without a row.
+  const Row* Find(const Key& key) const {
+    const auto row = rows_.find(key);
+    return row == rows_.end() ? nullptr : &row->second;
+  }
+
+  const std::map<Key, Row>& rows() const { return rows_; }
+  unsigned size() const { return size_; }
+
+ private:
+  const unsigned size_;
+  std::map<Key, Row> rows_;
+};
+
+}  // namespace softcard
+
+#endif

@@ -1,0 +1,39 @@
+#ifndef SOFTCARD_TABLES_PORTS_H
+#define SOFTCARD_TABLES_PORTS_H
+
+#include <string>
+#include <vector>
+
+#include "../CardDescription.h"
+#include "hal/HalBcmCommon.h"
+
+namespace softcard {
+
+/// The chip's ports: 0 is the CPU port, 1 ... N the Ethernet ports, 1001 ... the LAGs (behind the last Ethernet port
+/// on a card with more than 1000).
+class Ports {
+ public:
+  explicit Ports(const CardDescription& description);
+
+  bool Exists(int port) const { return limid(port).word != 0; }
+  /// "eth3", "lag2", "cpu"; the number of a port that does not exist.
+  std::string Name(int port) const;
+
+  /// Writes the tables in which the modules of the card look ports up.
+  void Fill(HalBcmCommon* common) const;
+
+  std::vector<std::string> PortRows() const;
+  std::vector<std::string> LagRows() const;
+
+ private:
+  /// Word 0 for a port that does not exist.
+  limid_t limid(int port) const;
+
+  const int front_ports_;
+  const int lags_;
+  const int lag_base_;
+};
+
+}  // namespace softcard
+
+#endif
