@@ -28,8 +28,8 @@ class FaultPlan {
 
  private:
   struct Fault {
-    std::string function;    ///< empty: any
-    unsigned long countdown; ///< calls until it happens; 0: every call
+    std::string function;     ///< empty: any
+    unsigned long countdown;  ///< calls until it happens; 0: every call
     int result;
   };
   std::vector<Fault> faults_;

@@ -69,8 +69,10 @@ std::string Text(TunnelObject::EnumTunnelType type) {
 }
 
 std::string Text(const bcm_mpls_egress_label_t& label) {
-  return '{' + Fields(", ", "flags", Hex{label.flags}, "label", Label{label.label}, "qos_map", label.qos_map_id, "exp",
-                      label.exp, "ttl", label.ttl) + '}';
+  return '{' +
+         Fields(", ", "flags", Hex{label.flags}, "label", Label{label.label}, "qos_map", label.qos_map_id, "exp",
+                label.exp, "ttl", label.ttl) +
+         '}';
 }
 
 std::string Text(const LabelRecords& labels) {

@@ -33,13 +33,13 @@ inline std::string Text(unsigned long value) { return std::to_string(value); }
 inline std::string Text(bool value) { return value ? "true" : "false"; }
 inline std::string Text(const char* text) { return text; }
 inline std::string Text(const std::string& text) { return text; }
-std::string Text(Hex value);                   ///< "0x11"
-std::string Text(Label label);                 ///< "100", "none"
-std::string Text(const unsigned char* mac);    ///< "00:00:5e:00:01:01", "null"
+std::string Text(Hex value);                 ///< "0x11"
+std::string Text(Label label);               ///< "100", "none"
+std::string Text(const unsigned char* mac);  ///< "00:00:5e:00:01:01", "null"
 std::string Text(const MacAddress& mac);
-std::string Text(limid_t limid);               ///< "eth1", "lag2", "cpu", "vlan100", else the word: "0xab00002a"
-std::string Text(limid_type_t type);           ///< "ethernet", "lag", "cpuport", "l3_vlan", "unknown"
-std::string Text(bcm_switch_control_t type);   ///< "bcmSwitchL3EgressMode", else the number
+std::string Text(limid_t limid);                      ///< "eth1", "lag2", "cpu", "vlan100", else the word: "0xab00002a"
+std::string Text(limid_type_t type);                  ///< "ethernet", "lag", "cpuport", "l3_vlan", "unknown"
+std::string Text(bcm_switch_control_t type);          ///< "bcmSwitchL3EgressMode", else the number
 std::string Text(TunnelObject::EnumTunnelType type);  ///< "none", "mpls", else the number
 std::string Text(const bcm_mpls_egress_label_t& label);
 std::string Text(const LabelRecords& labels);  ///< "[{flags=0x11, label=100, ...}, ...]", "null"

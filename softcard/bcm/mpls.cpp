@@ -9,10 +9,10 @@ void bcm_mpls_egress_label_t_init(bcm_mpls_egress_label_t* label) {
 }
 
 int bcm_mpls_tunnel_initiator_set(int unit, int intf, int num_labels, bcm_mpls_egress_label_t* label_array) {
-  return Call("bcm_mpls_tunnel_initiator_set",
-              Args("unit", unit, "intf", intf, "num_labels", num_labels, "labels",
-                   LabelRecords{label_array, num_labels}),
-              [&] { return OnUnit(unit, [&] { return TheTables().initiators.Set(intf, num_labels, label_array); }); });
+  return Call(
+      "bcm_mpls_tunnel_initiator_set",
+      Args("unit", unit, "intf", intf, "num_labels", num_labels, "labels", LabelRecords{label_array, num_labels}),
+      [&] { return OnUnit(unit, [&] { return TheTables().initiators.Set(intf, num_labels, label_array); }); });
 }
 
 int bcm_mpls_tunnel_initiator_clear(int unit, int intf) {

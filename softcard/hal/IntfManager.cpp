@@ -21,23 +21,23 @@ int IntfManager::CreateIntf(unsigned int unit, int vrf, unsigned int vlan_id, un
 
 int IntfManager::UpdateIntf(int intf, unsigned int unit, int vrf, unsigned int vlan_id, unsigned char* mac,
                             unsigned int mtu, unsigned int l3_flags) {
-  return Call("IntfManager::UpdateIntf",
-              Args("intf", intf, "unit", unit, "vrf", vrf, "vlan", vlan_id, "mac", mac, "mtu", mtu, "flags",
-                   Hex{l3_flags}),
-              [&] {
-                return OnUnit(unit, [&] {
-                  IntfObject* const object = TheTables().intfs.Find(intf);
-                  if (!object) return static_cast<int>(BCM_E_NOT_FOUND);
-                  if (IntfTable::Check(vlan_id, mac, mtu) < 0) return static_cast<int>(BCM_E_PARAM);
-                  object->id_ = intf;
-                  object->vrf_ = static_cast<unsigned>(vrf);
-                  object->vlan_id_ = vlan_id;
-                  std::copy_n(mac, object->macsa_.size(), object->macsa_.begin());
-                  object->mtu_ = mtu;
-                  object->l3_flags_ = l3_flags;
-                  return intf;
-                });
-              });
+  return Call(
+      "IntfManager::UpdateIntf",
+      Args("intf", intf, "unit", unit, "vrf", vrf, "vlan", vlan_id, "mac", mac, "mtu", mtu, "flags", Hex{l3_flags}),
+      [&] {
+        return OnUnit(unit, [&] {
+          IntfObject* const object = TheTables().intfs.Find(intf);
+          if (!object) return static_cast<int>(BCM_E_NOT_FOUND);
+          if (IntfTable::Check(vlan_id, mac, mtu) < 0) return static_cast<int>(BCM_E_PARAM);
+          object->id_ = intf;
+          object->vrf_ = static_cast<unsigned>(vrf);
+          object->vlan_id_ = vlan_id;
+          std::copy_n(mac, object->macsa_.size(), object->macsa_.begin());
+          object->mtu_ = mtu;
+          object->l3_flags_ = l3_flags;
+          return intf;
+        });
+      });
 }
 
 int IntfManager::DeleteIntf(int unit, int intf) {

@@ -20,9 +20,8 @@ int Decoded(limid_t limid, const Decode& decode) {
 }  // namespace
 
 int limid_to_type(limid_t limid, unsigned char* type) {
-  return Call("limid_to_type", Args("limid", limid), [&] {
-    return Decoded(limid, [&] { *type = static_cast<unsigned char>(LimIdType(limid)); });
-  });
+  return Call("limid_to_type", Args("limid", limid),
+              [&] { return Decoded(limid, [&] { *type = static_cast<unsigned char>(LimIdType(limid)); }); });
 }
 
 int limid_to_ifindex(limid_t limid, unsigned int* ifindex) {

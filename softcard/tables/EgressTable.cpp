@@ -35,13 +35,15 @@ int EgressTable::Update(int egress_id, const Egress& values, const unsigned char
   return rv;
 }
 
+std::string EgressTable::RowText(int egress_id, const Egress& egress) const {
+  return "egress " + Text(egress_id) + ": " +
+         Fields(" ", "intf", egress.intf, "mac", egress.mac, "vlan", egress.vlan_id, "port", ports_.Name(egress.port),
+                "label", Label{egress.label}, "to_cpu", egress.to_cpu, "drop", egress.drop, "control", egress.control);
+}
+
 std::vector<std::string> EgressTable::Rows() const {
   std::vector<std::string> lines;
-  for (const auto& [egress_id, egress] : rows())
-    lines.push_back("egress " + Text(egress_id) + ": " +
-                    Fields(" ", "intf", egress.intf, "mac", egress.mac, "vlan", egress.vlan_id, "port",
-                           ports_.Name(egress.port), "label", Label{egress.label}, "to_cpu", egress.to_cpu, "drop",
-                           egress.drop, "control", egress.control));
+  for (const auto& [egress_id, egress] : rows()) lines.push_back(RowText(egress_id, egress));
   return lines;
 }
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "../Limits.h"
 #include "IdTable.h"
 #include "IntfTable.h"
-#include "../Limits.h"
 #include "Ports.h"
 #include "hal/EgressManager.h"
 #include "hal/IntfObject.h"
@@ -40,6 +40,7 @@ class EgressTable : public IdTable<Egress> {
   /// The same refusals; BCM_E_NOT_FOUND for an unknown egress object.
   int Update(int egress_id, const Egress& values, const unsigned char* mac);
 
+  std::string RowText(int egress_id, const Egress& egress) const;
   std::vector<std::string> Rows() const;
 
  private:

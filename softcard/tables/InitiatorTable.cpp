@@ -22,9 +22,13 @@ int InitiatorTable::Clear(int intf) { return Delete(intf) < 0 ? BCM_E_UNAVAIL : 
 
 std::vector<std::string> InitiatorTable::Rows() const {
   std::vector<std::string> lines;
-  for (const auto& [intf, stack] : rows())
-    lines.push_back("initiator " + Text(intf) + ": " + Fields(" ", "labels", LabelRecords{stack.data(), static_cast<int>(stack.size())}));
+  for (const auto& [intf, stack] : rows()) lines.push_back(InitiatorText(intf, stack));
   return lines;
+}
+
+std::string InitiatorText(int intf, const LabelStack& stack) {
+  const LabelRecords records{stack.data(), static_cast<int>(stack.size())};
+  return "initiator " + Text(intf) + ": " + Fields(" ", "labels", records);
 }
 
 }  // namespace softcard

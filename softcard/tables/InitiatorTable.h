@@ -30,6 +30,9 @@ class InitiatorTable : public KeyTable<int, LabelStack> {
   const IntfTable& intfs_;
 };
 
+/// "initiator 2: labels=[{flags=0x11, label=100, qos_map=1, exp=0, ttl=255}]".
+std::string InitiatorText(int intf, const LabelStack& stack);
+
 }  // namespace softcard
 
 #endif

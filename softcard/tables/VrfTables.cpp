@@ -6,8 +6,7 @@ namespace softcard {
 
 std::vector<std::string> VrfTable::Rows() const {
   std::vector<std::string> lines;
-  for (const auto& [vrf, flags] : rows())
-    lines.push_back("vrf " + Text(vrf) + ": " + Fields(" ", "flags", Hex{flags}));
+  for (const auto& [vrf, flags] : rows()) lines.push_back("vrf " + Text(vrf) + ": " + Fields(" ", "flags", Hex{flags}));
   return lines;
 }
 
