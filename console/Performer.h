@@ -1,0 +1,40 @@
+#ifndef CONSOLE_PERFORMER_H
+#define CONSOLE_PERFORMER_H
+
+#include <functional>
+#include <set>
+#include <string>
+
+#include "Record.h"
+#include "Scenario.h"
+
+namespace console {
+
+/// Makes requests to the module and keeps what happens meanwhile. The clients that it registers are silenced when it
+/// goes.
+class Performer {
+ public:
+  Performer() = default;
+  ~Performer();
+  Performer(const Performer&) = delete;
+  Performer& operator=(const Performer&) = delete;
+
+  Record Perform(const Request& request);
+  Record Perform(const Client& client);
+
+ private:
+  Record Recorded(const std::function<Outcome()>& work);
+  Outcome Make(const Request& request);
+  void Register(const Client& client);
+  void Notified(const Client& client, int destination, unsigned port);
+  void Note(const std::string& text);
+  void CollectEvents();
+
+  Record record_;
+  std::set<std::string> calling_;  ///< clients that are in their callback
+  std::set<std::string> clients_;
+};
+
+}  // namespace console
+
+#endif
