@@ -1,0 +1,78 @@
+"""Runs request_counts under a tool that counts instructions and reads what both report.
+
+The result maps "vlan install module" and its like to
+{"instructions": per request, "allocations": per request, "functions": {name: own instructions per request}},
+and "memory" to the bytes that a destination keeps allocated.
+"""
+
+import collections
+import glob
+import os
+import re
+import subprocess
+import tempfile
+
+# Of the C library's variants of a function, the one for every x86-64: the counts do not depend on the machine.
+PLAIN_X86_64 = {"GLIBC_TUNABLES": "glibc.cpu.hwcaps=-AVX2_Usable,-AVX2,-AVX_Fast_Unaligned_Load,-ERMS,-FSRM,-BMI2"}
+
+SAMPLES = 64
+
+
+def under_callgrind(program, destinations, order="random"):
+    """Counts on this machine; the programs have to be built for it."""
+    with tempfile.TemporaryDirectory() as directory:
+        command = ["valgrind", "--tool=callgrind", "--instr-atstart=no", "--collect-atstart=no",
+                   f"--callgrind-out-file={directory}/out", program, str(destinations)]
+        output = _run(command + (["sequential"] if order == "sequential" else []), PLAIN_X86_64)
+        counts = _read_output(output)
+        for dump in glob.glob(f"{directory}/out.*"):
+            name, total, functions = _read_dump(dump)
+            if name in counts:
+                counts[name]["instructions"] = total / SAMPLES
+                counts[name]["functions"] = {function: own / SAMPLES for function, own in functions.items()}
+        return counts
+
+
+def _run(command, environment):
+    done = subprocess.run(command, env={**os.environ, **environment}, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                          text=True)
+    if done.returncode != 0:
+        raise SystemExit(f"{' '.join(command)} failed with {done.returncode}:\n{done.stderr}")
+    return done.stdout
+
+
+def _read_output(output):
+    counts = {}
+    for line in output.splitlines():
+        name, kind, value = re.fullmatch(r"(.*?) ?(memory|allocations|instructions) (\S+)", line).groups()
+        if kind == "memory":
+            counts["memory"] = int(value)
+        else:
+            counts.setdefault(name, {})[kind] = float(value)
+    return counts
+
+
+def _read_dump(path):
+    """A callgrind dump: what it was triggered by, the total, and each function's own instructions."""
+    name, total, function, names = None, 0, None, {}
+    functions = collections.Counter()
+    skip = False
+    with open(path) as dump:
+        for line in dump:
+            if line.startswith("desc: Trigger: Client Request: "):
+                name = line.split(": ", 3)[3].strip()
+            elif line.startswith("totals: "):
+                total = int(line.split()[1])
+            elif line.startswith("fn="):
+                number, text = re.match(r"fn=\((\d+)\)(?: (.*))?", line).groups()
+                function = names.setdefault(number, text)
+            elif line.startswith("cfn="):
+                number, text = re.match(r"cfn=\((\d+)\)(?: (.*))?", line).groups()
+                names.setdefault(number, text)
+            elif line.startswith("calls="):
+                skip = True  # the next line is the callee's cost
+            elif line[0] in "0123456789+-*":
+                if not skip:
+                    functions[function] += int(line.split()[-1])
+                skip = False
+    return name, total, functions
