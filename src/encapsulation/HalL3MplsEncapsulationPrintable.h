@@ -1,6 +1,8 @@
 #ifndef HAL_L3_MPLS_ENCAPSULATION_PRINTABLE_H
 #define HAL_L3_MPLS_ENCAPSULATION_PRINTABLE_H
 
+#include <cstddef>
+#include <cstring>
 #include <string>
 
 #include "hal/limid.h"
@@ -16,16 +18,9 @@ class HalL3MplsEncapsulationPrintable {
   /// "0x" and the `count` lowest hexadecimal digits of `value`, upper case.
   template <typename T>
   std::string ToHexString(T value, unsigned int count) const {
-    static const char* const digits = "0123456789ABCDEF";
-    std::string text(count + 2UL, '0');
-    text[1] = 'x';
-    for (unsigned int i = 0; i < count; ++i) {
-      const unsigned int nibble = count - 1 - i;
-      // A shift by the width of the value or more is not defined: digits beyond it stay 0.
-      if (nibble < 2 * sizeof(T)) {
-        text[2UL + i] = digits[(value >> (4 * nibble)) & 0xF];
-      }
-    }
+    std::string text(count + 2UL, 'x');
+    text[0] = '0';
+    WriteHexDigits(&text[2], value, count);
     return text;
   }
 
@@ -39,16 +34,30 @@ class HalL3MplsEncapsulationPrintable {
     char name[64] = {};
     limid_to_intfname(limid, name, sizeof(name));
 
-    std::string text;
-    text.reserve(sizeof("lim id(name=, type=0x00, value=0x000000)") + sizeof(name));
-    text += "lim id(name=";
-    text += name;
-    text += ", type=";
-    text += ToHexString<unsigned char>(type, 2);
-    text += ", value=";
-    text += ToHexString<unsigned int>(value & 0xFFFFFF, 6);
-    text += ")";
-    return text;
+    // Put together in place: only the string that is returned allocates.
+    char text[sizeof("lim id(name=, type=0x00, value=0x000000)") + sizeof(name)];
+    char* end = stpcpy(Write(text, "lim id(name="), name);
+    end = WriteHexDigits(Write(end, ", type=0x"), type, 2);
+    end = WriteHexDigits(Write(end, ", value=0x"), value, 6);
+    return std::string(text, Write(end, ")"));
+  }
+
+ private:
+  // Both return the end of what they write, which is not terminated.
+
+  template <std::size_t N>
+  static char* Write(char* text, const char (&literal)[N]) {
+    std::memcpy(text, literal, N - 1);
+    return text + N - 1;
+  }
+
+  template <typename T>
+  static char* WriteHexDigits(char* text, T value, unsigned int count) {
+    static const char* const digits = "0123456789ABCDEF";
+    for (char* place = text + count; place != text; value >>= 4) {
+      *--place = digits[value & 0xF];
+    }
+    return text + count;
   }
 };
 

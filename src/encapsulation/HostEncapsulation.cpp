@@ -10,7 +10,7 @@
 namespace {
 
 bool Holds(const std::vector<ActionFlags>& actions, ActionFlags action) {
-  return std::find(actions.begin(), actions.end(), action) != actions.end();
+  return std::count(actions.begin(), actions.end(), action) != 0;
 }
 
 }  // namespace
@@ -99,9 +99,8 @@ int HalL3MplsEncapsulationBcm::ReplaceHostOutgoingEncapsulation(unsigned int des
   const int port = GetPort(limid);
   const bool to_cpu = Holds(actions, HAL_ACTION_TO_CPU);
   const bool drop = Holds(actions, HAL_ACTION_DROP);
-  const int rv =
-      resource_manager_->egress_mng()->UpdateEgress(correlator->egress_id, intf_id, mac, vlan_id, unit(), port,
-                                                    kNoLabel, to_cpu, drop, EXP_LABEL_CONTROL_NONE);
+  const int rv = resource_manager_->egress_mng()->UpdateEgress(correlator->egress_id, intf_id, mac, vlan_id, unit(),
+                                                               port, kNoLabel, to_cpu, drop, EXP_LABEL_CONTROL_NONE);
   if (rv < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Update of the host %s failed", destination.c_str());
     return rv;  // the platform's own status, which no other encapsulation operation passes on

@@ -21,6 +21,12 @@ bool HasTunnelLabel(const std::vector<unsigned int>& labels) { return labels.siz
 
 }  // namespace
 
+int HalL3MplsEncapsulationBcm::CreateSwapEgress(int intf_id, unsigned char* mac, unsigned short vlan_id, int port,
+                                                unsigned int label, bool drop) const {
+  return resource_manager_->egress_mng()->CreateEgress(intf_id, mac, vlan_id, unit(), port, label, false, drop,
+                                                       EXP_LABEL_CONTROL_SWAP);
+}
+
 bool HalL3MplsEncapsulationBcm::InstallMplsSwapTunnel(IntfObject* intf_object, int port, unsigned char* mac,
                                                       std::vector<unsigned int> labels, int* intf_id, int* egress_id,
                                                       bool drop) const {
@@ -40,9 +46,7 @@ bool HalL3MplsEncapsulationBcm::InstallMplsSwapTunnel(IntfObject* intf_object, i
     }
   }
 
-  const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
-  *egress_id = resource_manager_->egress_mng()->CreateEgress(*intf_id, mac, vlan_id, unit(), port, label, false, drop,
-                                                             EXP_LABEL_CONTROL_SWAP);
+  *egress_id = CreateSwapEgress(*intf_id, mac, static_cast<unsigned short>(intf_object->vlan_id()), port, label, drop);
   if (*egress_id < 0) {
     if (has_tunnel) {
       // The initiator of the interface to leave through, not of the one made above: this is meant.
@@ -80,11 +84,18 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
       return false;
     }
     if (!has_tunnel) {
+      // Read before the old interface goes: a destination that was made its own base is built on that very one.
+      const int base_intf_id = intf_object->id();
+      const auto base_vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
       resource_manager_->egress_mng()->DeleteEgress(*egress_id);
       DeleteIntf(*intf_id);
-      *intf_id = intf_object->id();
-      // Whether or not it succeeds: the old tunnel is gone, and the record takes what the install wrote.
-      InstallMplsSwapTunnel(intf_object, port, mac, std::move(labels), intf_id, egress_id, drop);
+      *intf_id = base_intf_id;
+      // From here on like an install. It may fail: the old tunnel is gone, and the record takes what was written.
+      HalCallbacksItf::getInstance()->log(kProgress, "Installing tunnel outgoing encapsulation for %s", SwapText());
+      *egress_id = CreateSwapEgress(*intf_id, mac, base_vlan_id, port, label, drop);
+      if (*egress_id < 0) {
+        HalCallbacksItf::getInstance()->log(kFailure, "Error creating an egress for tunnel %s!", SwapText());
+      }
       return true;
     }
     *intf_id = UpdateTunnelIntf(*intf_id, *intf_object);
@@ -122,9 +133,7 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
   }
   // Label 0 is not updated in place: the egress object is made anew.
   resource_manager_->egress_mng()->DeleteEgress(*egress_id);
-  const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
-  *egress_id = resource_manager_->egress_mng()->CreateEgress(*intf_id, mac, vlan_id, unit(), port, label, false, drop,
-                                                             EXP_LABEL_CONTROL_SWAP);
+  *egress_id = CreateSwapEgress(*intf_id, mac, static_cast<unsigned short>(intf_object->vlan_id()), port, label, drop);
   if (*egress_id < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Error creating an egress for tunnel %s!", SwapText());
     return false;

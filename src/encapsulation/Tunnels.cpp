@@ -38,9 +38,9 @@ bool HalL3MplsEncapsulationBcm::InstallMplsVCTunnel(IntfObject* intf_object, int
     HalCallbacksItf::getInstance()->log(kFailure, "Invalid label informed!");
     return false;
   }
-  HalCallbacksItf::getInstance()->log(
-      kProgress, "Installing tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)", capability, label,
-      static_cast<int>(labels.size()));
+  HalCallbacksItf::getInstance()->log(kProgress,
+                                      "Installing tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)",
+                                      capability, label, static_cast<int>(labels.size()));
 
   const int intf_id = intf_object->id();
   const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
@@ -61,9 +61,9 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsVCTunnel(IntfObject* intf_object, int
     HalCallbacksItf::getInstance()->log(kFailure, "Invalid label informed!");
     return false;
   }
-  HalCallbacksItf::getInstance()->log(
-      kProgress, "Updating tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)", capability, label,
-      static_cast<int>(labels.size()));
+  HalCallbacksItf::getInstance()->log(kProgress,
+                                      "Updating tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)",
+                                      capability, label, static_cast<int>(labels.size()));
 
   const int intf_id = intf_object->id();
   const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());

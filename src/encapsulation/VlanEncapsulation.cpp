@@ -12,9 +12,8 @@ namespace {
 
 unsigned int MyStationFlags(const std::vector<en_HalVlanCapabilities>& capabilities) {
   constexpr unsigned int kStationFlag = 0x20;
-  const bool flagged =
-      std::find(capabilities.begin(), capabilities.end(), HAL_VLAN_CAPABILITY_STATION_FLAG) != capabilities.end();
-  return flagged ? kStationFlag : 0;
+  const auto flags = std::count(capabilities.begin(), capabilities.end(), HAL_VLAN_CAPABILITY_STATION_FLAG);
+  return flags != 0 ? kStationFlag : 0;
 }
 
 // The interface's values are read one by one, before the call that takes them: left to the call, their order would be
