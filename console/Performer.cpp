@@ -102,8 +102,9 @@ Record Performer::Recorded(const std::function<Outcome()>& work) {
   } catch (const std::exception& exception) {
     record_.outcome = {Outcome::Kind::kThrew, 0, Describe(exception)};
   }
-  calling_.clear();
   CollectEvents();
+  depth_ = 0;
+  calling_.clear();
   return std::move(record_);
 }
 
@@ -132,7 +133,11 @@ void Performer::Notified(const Client& client, int destination, unsigned port) {
     if (const auto* registration = std::get_if<Client>(&call.action)) {
       Register(*registration);
     } else {
-      Note("client " + client.name + " gets " + Make(std::get<Request>(call.action)).Text());
+      ++depth_;
+      const Outcome outcome = Make(std::get<Request>(call.action));
+      CollectEvents();
+      --depth_;
+      Note("client " + client.name + " gets " + outcome.Text());
     }
   }
   calling_.erase(client.name);
@@ -140,12 +145,12 @@ void Performer::Notified(const Client& client, int destination, unsigned port) {
 
 void Performer::Note(const std::string& text) {
   CollectEvents();
-  record_.trace.push_back({TraceLine::Kind::kClient, text});
+  record_.trace.push_back({TraceLine::Kind::kClient, text, depth_});
 }
 
 void Performer::CollectEvents() {
   softcard::CallLog& log = softcard::Card::Get().log();
-  for (const softcard::Event& event : log.events()) record_.trace.push_back({KindOf(event.kind), event.text});
+  for (const softcard::Event& event : log.events()) record_.trace.push_back({KindOf(event.kind), event.text, depth_});
   log.Clear();
 }
 

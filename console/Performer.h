@@ -31,7 +31,8 @@ class Performer {
   void CollectEvents();
 
   Record record_;
-  std::set<std::string> calling_;  ///< clients that are in their callback
+  unsigned depth_ = 0;             ///< callbacks that are making requests
+  std::set<std::string> calling_;  ///< the clients whose callbacks these are
   std::set<std::string> clients_;
 };
 

@@ -66,7 +66,9 @@ void Printer::Requested(const std::string& text, const Record& record) {
 }
 
 void Printer::PrintTrace(const Record& record) {
-  for (const TraceLine& line : record.trace) out_ << "    " << Paint(ColourOf(line), line.text) << '\n';
+  for (const TraceLine& line : record.trace) {
+    out_ << std::string(4 + 2 * line.depth, ' ') << Paint(ColourOf(line), line.text) << '\n';
+  }
 }
 
 void Printer::Shown(const std::string& table) {

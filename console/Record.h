@@ -12,6 +12,7 @@ struct TraceLine {
 
   Kind kind;
   std::string text;
+  unsigned depth = 0;  ///< in how many clients' callbacks
 };
 
 /// How a request ended.

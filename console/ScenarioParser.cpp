@@ -1,6 +1,7 @@
 #include "ScenarioParser.h"
 
 #include <algorithm>
+#include <cctype>
 #include <limits>
 #include <set>
 
@@ -15,7 +16,7 @@ namespace console {
 namespace {
 
 constexpr std::size_t kMaxComplaints = 20;
-constexpr std::size_t kMaxStatements = 10'000'000;
+constexpr std::size_t kMaxStatements = 4'000'000;
 
 /// "for I in 1..300".
 struct Loop {
@@ -27,6 +28,10 @@ struct Loop {
 Loop ParseLoop(const std::vector<Token>& words) {
   constexpr char kUsage[] = "for COUNTER in FIRST..LAST";
   if (words.size() != 4 || words[2].text != "in") throw SyntaxError{words[0].offset, "this is no loop", kUsage};
+  const std::string& counter = words[1].text;
+  if (!std::all_of(counter.begin(), counter.end(), [](unsigned char c) { return std::isalpha(c) || c == '_'; })) {
+    throw SyntaxError{words[1].offset, Quoted(counter) + " is no name for a counter; use letters", kUsage};
+  }
   const Token& range = words[3];
   const std::size_t dots = range.text.find("..");
   if (dots == std::string::npos) throw SyntaxError{range.offset, Quoted(range.text) + " is no range", kUsage};
@@ -34,7 +39,7 @@ Loop ParseLoop(const std::vector<Token>& words) {
     constexpr long long kHighest = std::numeric_limits<unsigned>::max();
     return ToNumber(word, "end of a range", -kHighest, kHighest);
   };
-  const Loop loop{words[1].text, number({range.text.substr(0, dots), range.offset}),
+  const Loop loop{counter, number({range.text.substr(0, dots), range.offset}),
                   number({range.text.substr(dots + 2), range.offset + dots + 2})};
   if (loop.first > loop.last) throw SyntaxError{range.offset, "this range is empty; a loop counts up", kUsage};
   return loop;
@@ -47,7 +52,6 @@ class Unroller {
 
   void Unroll(const std::vector<SourceLine>& lines) {
     for (const SourceLine& line : lines) {
-      if (scenario_.statements.size() >= kMaxStatements) return;
       if (unusable_.count(line.number) != 0) continue;
       try {
         UnrollLine(line);
@@ -76,16 +80,28 @@ class Unroller {
   }
 
   void UnrollLoop(const SourceLine& line, const Loop& loop) {
+    const auto rounds = static_cast<std::size_t>(loop.last - loop.first) + 1;
+    if (scenario_.statements.size() + rounds * Statements(line.body) > kMaxStatements) throw TooLong();
     for (std::int64_t value = loop.first; value <= loop.last; ++value) {
       counters_.emplace_back(loop.counter, value);
       Unroll(line.body);
       counters_.pop_back();
-      if (scenario_.statements.size() < kMaxStatements) continue;
-      throw SyntaxError{0, "the scenario has more than " + std::to_string(kMaxStatements) + " lines with this loop"};
     }
   }
 
+  /// How many come out of one round, at least.
+  static std::size_t Statements(const std::vector<SourceLine>& lines) {
+    std::size_t count = 0;
+    for (const SourceLine& line : lines) count += line.words[0].text == "for" ? Statements(line.body) : 1;
+    return count;
+  }
+
+  static SyntaxError TooLong() {
+    return {0, "the scenario has more than " + std::to_string(kMaxStatements) + " lines with the rounds of its loops"};
+  }
+
   void Add(const SourceLine& line, const std::vector<Token>& words) {
+    if (scenario_.statements.size() == kMaxStatements) throw TooLong();
     std::vector<std::string> block;
     for (const SourceLine& row : line.body) block.push_back(SubstituteRow(row));
     const std::string_view text = words[0].text == "say" ? Trim(line.text) : WithoutComment(line.text);

@@ -10,17 +10,17 @@
 namespace console {
 namespace {
 
-/// Reads one expression by recursive descent: sum, product, factor.
+/// Reads what follows a '$', by recursive descent: sum, product, factor.
 class Expression {
  public:
   Expression(std::string_view text, std::size_t offset, const Counters& counters)
       : text_(text), offset_(offset), counters_(counters) {}
 
-  std::int64_t Value() {
-    const std::int64_t value = Sum();
-    if (position_ != text_.size()) Fail("expected + - * / % or the closing brace");
-    return value;
-  }
+  /// A counter, or an expression in parentheses.
+  std::int64_t Value() { return text_.substr(0, 1) == "(" ? Factor() : Counter(); }
+
+  /// How many bytes were read.
+  std::size_t length() const { return position_; }
 
  private:
   [[noreturn]] void Fail(const std::string& message) const { throw SyntaxError{offset_ + position_, message}; }
@@ -69,7 +69,8 @@ class Expression {
     if (Accept('(')) {
       if (++depth_ > kMaxDepth) Fail("more than " + std::to_string(kMaxDepth) + " nested parentheses");
       const std::int64_t value = Sum();
-      if (!Accept(')')) Fail("expected )");
+      --depth_;
+      if (!Accept(')')) Fail("expected + - * / % or )");
       return value;
     }
     return AtDigit() ? Number() : Counter();
@@ -90,7 +91,7 @@ class Expression {
     const auto is_name = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
     const auto begin = text_.begin() + static_cast<std::ptrdiff_t>(position_);
     const std::string name(begin, std::find_if_not(begin, text_.end(), is_name));
-    if (name.empty()) Fail("expected a number or a loop's counter");
+    if (name.empty()) Fail(depth_ > 0 ? "expected a number or a loop's counter" : "expected $COUNTER, $(...) or $$");
     std::vector<std::string> names;
     // From the innermost out: an inner counter hides an outer one of the same name.
     for (auto counter = counters_.rbegin(); counter != counters_.rend(); ++counter) {
@@ -100,7 +101,7 @@ class Expression {
       return counter->second;
     }
     Fail("no loop around this line counts " + Quoted(name) +
-         (names.empty() ? "; write {{ for a brace" : Suggest(name, names)));
+         (names.empty() ? "; a dollar sign is $$" : Suggest(name, names)));
   }
 
   void Check(bool overflow) const {
@@ -119,21 +120,19 @@ class Expression {
 }  // namespace
 
 Token Substitute(const Token& token, const Counters& counters) {
-  if (token.text.find('{') == std::string::npos) return token;
+  if (token.text.find('$') == std::string::npos) return token;
   const std::string_view text = token.text;
   Token result{"", token.offset, token.quoted};
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] != '{') {
-      result.text += text[i];
-    } else if (text.substr(i, 2) == "{{") {
+  for (std::size_t i = 0; i < text.size();) {
+    if (text[i] != '$') {
       result.text += text[i++];
+    } else if (text.substr(i, 2) == "$$") {
+      result.text += '$';
+      i += 2;
     } else {
-      const std::size_t close = text.find('}', i);
-      if (close == std::string_view::npos)
-        throw SyntaxError{token.offset + i, "this brace is not closed; {I+1} has no blanks"};
-      const std::string_view expression = text.substr(i + 1, close - i - 1);
-      result.text += std::to_string(Expression(expression, token.offset + i + 1, counters).Value());
-      i = close;
+      Expression expression(text.substr(i + 1), token.offset + i + 1, counters);
+      result.text += std::to_string(expression.Value());
+      i += 1 + expression.length();
     }
   }
   return result;

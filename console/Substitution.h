@@ -13,8 +13,8 @@ namespace console {
 /// The counters of the loops around a line, the innermost last.
 using Counters = std::vector<std::pair<std::string, std::int64_t>>;
 
-/// `token` with every {EXPRESSION} replaced by its value in decimal. An expression knows the counters, decimal numbers,
-/// parentheses and + - * / % as in C++, without blanks; {{ is a brace. Throws SyntaxError.
+/// `token` with every $COUNTER and $(EXPRESSION) replaced by its value in decimal. An expression knows the counters,
+/// decimal numbers, parentheses and + - * / % as in C++, without blanks; $$ is a dollar sign. Throws SyntaxError.
 Token Substitute(const Token& token, const Counters& counters);
 
 }  // namespace console

@@ -112,6 +112,18 @@ void CheckPort(const Token& word, std::string_view kind, unsigned count) {
                                      ", and \"absent:" + word.text + "\" asks for the port all the same"};
 }
 
+/// "vlan99999999" is a lim id in all but its number.
+void CheckIndex(const Token& word, const std::string& name) {
+  constexpr long long kHighest = 0xFFFFFF;
+  for (const std::string_view kind : {"eth", "lag", "vlan"}) {
+    long long index = 0;
+    if (!StartsWith(name, kind)) continue;
+    const std::errc error = Read(std::string_view(name).substr(kind.size()), index);
+    if (error == std::errc::invalid_argument || (error == std::errc{} && index <= kHighest)) continue;
+    throw SyntaxError{word.offset, name + " does not fit; the number of a lim id is 0 ... " + std::to_string(kHighest)};
+  }
+}
+
 /// "eth7" for "eht7".
 std::string SuggestPort(const std::string& name) {
   const std::string number = name.substr(std::min(name.find_first_of("0123456789"), name.size()));
@@ -188,6 +200,7 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card) {
   const std::string name = absent ? word.text.substr(kAbsent.size()) : word.text;
   const limid_t limid = softcard::Card::LimId(name);
   if (limid.word == 0) {
+    CheckIndex(word, name);
     throw SyntaxError{word.offset, "unknown port " + Quoted(name) + SuggestPort(name)};
   }
   if (!absent) {

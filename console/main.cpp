@@ -61,7 +61,7 @@ int main(int argc, char** argv) try {
   CLI::App app("Runs the encapsulation module on a line card in software.");
   app.name("softcard");
   app.set_version_flag("--version", "softcard " SOFTCARD_VERSION);
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
   app.footer("Exit status: 0 when every expectation holds, 1 when one fails, 2 for anything unusable.");
 
   std::string path;
@@ -70,7 +70,7 @@ int main(int argc, char** argv) try {
   bool all_calls = false;
   std::string colour = "auto";
   CLI::App* const run = app.add_subcommand("run", "Runs a scenario and checks its expectations");
-  run->add_option("FILE", path, "The scenario, - for standard input")->required();
+  run->add_option("FILE", path, "The scenario, - for standard input")->required()->type_name("");
   CLI::Option* const quiet_flag = run->add_flag("-q,--quiet", quiet, "Print failures and the last line only");
   run->add_flag("-s,--summary", summary, "Print a line for each request, or for several that are alike")
       ->excludes(quiet_flag);
@@ -79,12 +79,17 @@ int main(int argc, char** argv) try {
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->capture_default_str();
   CLI::App* const check = app.add_subcommand("check", "Tells whether a scenario is usable, without running it");
-  check->add_option("FILE", path, "The scenario, - for standard input")->required();
+  check->add_option("FILE", path, "The scenario, - for standard input")->required()->type_name("");
 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kAllHold : kUnusable;
+  }
+
+  if (app.get_subcommands().empty()) {
+    std::cerr << app.help();
+    return kUnusable;
   }
 
   std::ios::sync_with_stdio(false);
