@@ -45,7 +45,7 @@ void Measure(const HalL3MplsEncapsulationInterface& target, const Kind& kind, co
     }
     if (report) {
       const std::string name = std::string(kind.name) + " " + StepName(step) + " " + side;
-      meter.Report(name.c_str(), kSamples);
+      meter.Report(name.c_str());
       std::printf("%s allocations %.2f\n", name.c_str(), static_cast<double>(meter.allocations) / kSamples);
     }
   }

@@ -33,6 +33,21 @@ def under_callgrind(program, destinations, order="random"):
         return counts
 
 
+def under_qemu(program, destinations, qemu=("qemu-ppc", "-L", "/usr/powerpc-linux-gnu")):
+    """Counts of a program built for the card; without the functions' shares."""
+    with tempfile.TemporaryDirectory() as directory:
+        plugin = f"{directory}/plugin.so"
+        source = os.path.join(os.path.dirname(__file__), "qemu_plugin.c")
+        _run(["cc", "-O2", "-shared", "-fPIC", "-o", plugin, source], {})
+        output = _run([*qemu, "-plugin", f"{plugin},out={directory}/out", program, str(destinations)], {})
+        counts = _read_output(output)
+        names = [name for name in counts if name != "memory"]  # in the order in which the program reports
+        with open(f"{directory}/out") as totals:
+            for name, total in zip(names, totals, strict=True):
+                counts[name]["instructions"] = int(total) / SAMPLES
+        return counts
+
+
 def _run(command, environment):
     done = subprocess.run(command, env={**os.environ, **environment}, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                           text=True)
@@ -73,6 +88,17 @@ def _read_dump(path):
                 skip = True  # the next line is the callee's cost
             elif line[0] in "0123456789+-*":
                 if not skip:
-                    functions[function] += int(line.split()[-1])
+                    functions[_short(function)] += int(line.split()[-1])
                 skip = False
     return name, total, functions
+
+
+def _short(function):
+    """HalX::Install(int, std::vector<...>) const -> HalX::Install"""
+    name = function.replace("(anonymous namespace)::", "").replace("operator ", "operator_")
+    while True:
+        shorter = re.sub(r"<[^<>]*>|\([^()]*\)", "", name)
+        if shorter == name:
+            break
+        name = shorter
+    return re.sub(r" const\b|\[[^]]*\]|'\d+$", "", name).split(" ")[-1]
