@@ -21,8 +21,8 @@ TEST(Loading, AProcessThatHasThePlatformFindsTheModuleByNameAndRunsRequests) {
   void* const library = dlopen(MODULE, RTLD_NOW);
   ASSERT_NE(library, nullptr) << dlerror();
 
-  const auto get_instance = Find<HalL3MplsEncapsulationInterface*()>(
-      library, "_ZN31HalL3MplsEncapsulationInterface11GetInstanceEv");
+  const auto get_instance =
+      Find<HalL3MplsEncapsulationInterface*()>(library, "_ZN31HalL3MplsEncapsulationInterface11GetInstanceEv");
   ASSERT_NE(get_instance, nullptr) << dlerror();
   const auto lim_id =
       Find<limid_t(std::string_view)>(platform, "_ZN8softcard4Card5LimIdESt17basic_string_viewIcSt11char_traitsIcEE");
