@@ -1,0 +1,49 @@
+#include "Allocations.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+long live = 0;
+long countdown = 0;
+bool failed = false;
+
+void* Allocate(std::size_t size) {
+  if (countdown > 0 && --countdown == 0) {
+    failed = true;
+    throw std::bad_alloc();
+  }
+  void* const block = std::malloc(size > 0 ? size : 1);
+  if (!block) throw std::bad_alloc();
+  ++live;
+  return block;
+}
+
+void Free(void* block) {
+  if (!block) return;
+  --live;
+  std::free(block);
+}
+
+}  // namespace
+
+namespace allocations {
+
+long Live() { return live; }
+
+void FailNth(long nth) {
+  countdown = nth;
+  failed = false;
+}
+
+bool HasFailed() { return failed; }
+
+}  // namespace allocations
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* block) noexcept { Free(block); }
+void operator delete[](void* block) noexcept { Free(block); }
+void operator delete(void* block, std::size_t) noexcept { Free(block); }
+void operator delete[](void* block, std::size_t) noexcept { Free(block); }
