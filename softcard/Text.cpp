@@ -1,7 +1,7 @@
 #include "Text.h"
 
 #include <algorithm>
-#include <cstdio>
+#include <charconv>
 
 #include "LimId.h"
 #include "Limits.h"
@@ -10,22 +10,22 @@
 namespace softcard {
 namespace {
 
-std::string Hexadecimal(const char* format, unsigned value) {
-  char text[16];
-  std::snprintf(text, sizeof text, format, value);
-  return text;
+std::string Hexadecimal(unsigned value, size_t min_digits) {
+  char digits[8];
+  const std::string text(digits, std::to_chars(digits, digits + sizeof digits, value, 16).ptr);
+  return text.size() < min_digits ? std::string(min_digits - text.size(), '0') + text : text;
 }
 
 }  // namespace
 
-std::string Text(Hex value) { return Hexadecimal("0x%x", value.value); }
+std::string Text(Hex value) { return "0x" + Hexadecimal(value.value, 1); }
 
 std::string Text(Label label) { return label.value == kNoLabel ? "none" : Text(label.value); }
 
 std::string Text(const unsigned char* mac) {
   if (!mac) return "null";
-  std::string text = Hexadecimal("%02x", mac[0]);
-  for (int i = 1; i < 6; ++i) text += Hexadecimal(":%02x", mac[i]);
+  std::string text = Hexadecimal(mac[0], 2);
+  for (int i = 1; i < 6; ++i) text += ':' + Hexadecimal(mac[i], 2);
   return text;
 }
 

@@ -1,5 +1,6 @@
 #include "hal/HalCallbacksItf.h"
 
+#include <algorithm>
 #include <cstdarg>
 #include <cstdio>
 
@@ -9,16 +10,6 @@ using namespace softcard;
 
 namespace {
 
-std::string Formatted(const char* format, va_list arguments) {
-  va_list again;
-  va_copy(again, arguments);
-  const int length = std::vsnprintf(nullptr, 0, format, arguments);
-  std::string text(length > 0 ? static_cast<size_t>(length) : 0, '\0');
-  std::vsnprintf(text.data(), text.size() + 1, format, again);
-  va_end(again);
-  return text;
-}
-
 class LogIntoCallLog : public HalCallbacksItf {
  public:
   void log(int level, const char* format, ...) override {
@@ -26,8 +17,14 @@ class LogIntoCallLog : public HalCallbacksItf {
     if (!call_log.Records(EventKind::kLog)) return;
     va_list arguments;
     va_start(arguments, format);
-    call_log.Add(EventKind::kLog, "log " + Text(level) + ": " + Formatted(format, arguments));
+    const int length = std::vsnprintf(nullptr, 0, format, arguments);
     va_end(arguments);
+
+    std::string text(static_cast<size_t>(std::max(length, 0)), '\0');
+    va_start(arguments, format);
+    static_cast<void>(std::vsnprintf(text.data(), text.size() + 1, format, arguments));
+    va_end(arguments);
+    call_log.Add(EventKind::kLog, "log " + Text(level) + ": " + text);
   }
 };
 

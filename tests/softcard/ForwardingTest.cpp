@@ -159,16 +159,14 @@ TEST_F(ForwardingTest, ADeletedInterfaceDropsAndSaysSo) {
 
 TEST_F(ForwardingTest, TheTraceTellsEveryTableThatDecided) {
   Push({{kSetTtl | kRemarkExp, 100, 1, 0, 255}});
-  EXPECT_EQ(Forward(CreateLabelled(16, EXP_LABEL_CONTROL_VC)).trace,
-            (Lines{
-                "egress 100001: intf=1 mac=02:00:00:00:00:0a vlan=100 port=eth3 label=16 to_cpu=false drop=false "
-                "control=2",
-                "intf 1: vrf=1 vlan=100 mac=00:00:5e:00:01:01 mtu=1500 flags=0x0 tunnel=none",
-                "initiator 1: labels=[{flags=0x11, label=100, qos_map=1, exp=0, ttl=255}]",
-                "push label=100 exp=5 ttl=255",
-                "push label=16 exp=5 ttl=63",
-                "sent through eth3, 50 bytes",
-            }));
+  EXPECT_EQ(Shown(Forward(CreateLabelled(16, EXP_LABEL_CONTROL_VC)).trace), R"(
+egress 100001: intf=1 mac=02:00:00:00:00:0a vlan=100 port=eth3 label=16 to_cpu=false drop=false control=2
+intf 1: vrf=1 vlan=100 mac=00:00:5e:00:01:01 mtu=1500 flags=0x0 tunnel=none
+initiator 1: labels=[{flags=0x11, label=100, qos_map=1, exp=0, ttl=255}]
+push label=100 exp=5 ttl=255
+push label=16 exp=5 ttl=63
+sent through eth3, 50 bytes
+)");
 }
 
 TEST_F(ForwardingTest, ForwardingIsNoCall) {

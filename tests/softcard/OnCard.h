@@ -39,6 +39,14 @@ class OnCard : public ::testing::Test {
   }
   Lines Rows(const char* table) const { return card_.Rows(table); }
   Lines Log() { return card_.log().Lines(); }
+  /// A text that shows each line on its own, for comparison with a raw string.
+  static std::string Shown(const Lines& lines) {
+    std::string text = "\n";
+    for (const std::string& line : lines) {
+      text += line + '\n';
+    }
+    return text;
+  }
   std::string LastLine() { return card_.log().Lines().back(); }
 
   softcard::Card& card_ = softcard::Card::Get();
