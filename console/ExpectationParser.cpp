@@ -13,22 +13,23 @@ using Kind = Expectation::Kind;
 
 struct Form {
   const char* name;
-  Kind kind;
   const char* fields;
+  Kind kind;
   bool negatable;
   bool has_block;
 };
 
 constexpr Form kForms[] = {
-    {"result", Kind::kResult, "NUMBER", false, false},
-    {"throw", Kind::kThrow, "TEXT", false, false},
-    {"log", Kind::kLog, "[LEVEL] [TEXT]", true, false},
-    {"call", Kind::kCall, "[CALL]", true, false},
-    {"notification", Kind::kNotification, "[CLIENT] [id=ID] [port=PORT]", true, false},
-    {"trace", Kind::kTrace, "", false, true},
-    {"rows", Kind::kRows, "TABLE NUMBER", false, false},
-    {"table", Kind::kTable, "TABLE", false, true},
-    {"empty", Kind::kEmpty, "[except=TABLE,...]", false, false},
+    {"result", "NUMBER", Kind::kResult, false, false},
+    {"throw", "TEXT", Kind::kThrow, false, false},
+    {"log", "[LEVEL] [TEXT]", Kind::kLog, true, false},
+    {"call", "[CALL]", Kind::kCall, true, false},
+    {"notification", "[CLIENT] [id=ID] [port=PORT]", Kind::kNotification, true, false},
+    {"packet", "TEXT", Kind::kPacket, true, false},
+    {"trace", "", Kind::kTrace, false, true},
+    {"rows", "TABLE NUMBER", Kind::kRows, false, false},
+    {"table", "TABLE", Kind::kTable, false, true},
+    {"empty", "[except=TABLE,...]", Kind::kEmpty, false, false},
 };
 
 const Form* FindForm(const std::string& name) {
@@ -71,7 +72,8 @@ Expectation ParseExpectation(const std::vector<Token>& words, const std::vector<
   expectation.negated = negated;
   switch (form->kind) {
     case Kind::kResult: expectation.number = ToStatus(fields.words()[0], "result"); break;
-    case Kind::kThrow: expectation.text = fields.words()[0].text; break;
+    case Kind::kThrow:
+    case Kind::kPacket: expectation.text = fields.words()[0].text; break;
     case Kind::kLog:
       if (fields.Has(0)) expectation.number = ToInt(fields.words()[0], "log level");
       if (fields.Has(1)) expectation.text = fields.words()[1].text;

@@ -98,6 +98,7 @@ std::optional<Failure> Check(const Expectation& e, const Record& last) {
     case Kind::kCall: return Among(LinesOf(last, TraceLine::Kind::kCall), e.text.value_or("*"), "call", e.negated);
     case Kind::kNotification:
       return Among(TextsOf(last.notifications), NotificationPattern(e), "notification", e.negated);
+    case Kind::kPacket: return Among(LinesOf(last, TraceLine::Kind::kPacket), *e.text, "packet", e.negated);
     case Kind::kTrace: return UnlessEqual(e.lines, TraceOf(last));
     case Kind::kRows: {
       const auto count = static_cast<long long>(Rows(e.name).size());

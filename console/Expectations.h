@@ -13,7 +13,7 @@ namespace console {
 /// Why an expectation does not hold, a line each: "expected: ...", "found: ...".
 using Failure = std::vector<std::string>;
 
-/// Nothing when the expectation holds for the last request and the card as they are.
+/// Nothing when the expectation holds for the last request or packet and the card as they are.
 std::optional<Failure> Check(const Expectation& expectation, const Record& last);
 
 }  // namespace console

@@ -23,6 +23,7 @@ const char* ColourOf(const TraceLine& line) {
   switch (line.kind) {
     case TraceLine::Kind::kLog: return begins("log 3") ? kRed : begins("log 7") ? kDim : kYellow;
     case TraceLine::Kind::kCall: return line.text.find(") = -") != std::string::npos ? kRed : kPlain;
+    case TraceLine::Kind::kPacket: return begins("dropped") ? kRed : kPlain;
     case TraceLine::Kind::kAccess: return kDim;
     case TraceLine::Kind::kClient: break;
   }
@@ -63,6 +64,14 @@ void Printer::Requested(const std::string& text, const Record& record) {
   out_ << '\n' << Paint(kBold, text) << '\n';
   PrintTrace(record);
   if (record.outcome.kind != Outcome::Kind::kNone) out_ << "  " << PaintResult(record.outcome) << '\n';
+}
+
+void Printer::Sent(const std::string& text, const Record& record) {
+  if (detail_ == Detail::kFailures) return;
+  PrintRow();
+  if (detail_ == Detail::kCalls) out_ << '\n';
+  out_ << Paint(kBold, text) << '\n';
+  PrintTrace(record);
 }
 
 void Printer::PrintTrace(const Record& record) {

@@ -23,6 +23,7 @@ class Printer {
   void Said(const std::string& text);
   void Started(const Record& record);
   void Requested(const std::string& text, const Record& record);
+  void Sent(const std::string& text, const Record& record);
   void Shown(const std::string& table);
   void Planned(const std::string& text);
   void Held(const std::string& text);

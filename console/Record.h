@@ -6,9 +6,9 @@
 
 namespace console {
 
-/// A line of what happened during a request.
+/// A line of what happened during a request or to a packet.
 struct TraceLine {
-  enum class Kind { kCall, kAccess, kLog, kClient };
+  enum class Kind { kCall, kAccess, kLog, kClient, kPacket };
 
   Kind kind;
   std::string text;

@@ -43,7 +43,7 @@ std::vector<Enumeration> ToList(const Token& list, const char* what, const Names
 }  // namespace
 
 std::optional<Request> ParseRequest(const std::vector<Token>& words, const softcard::CardDescription& card) {
-  const auto form =
+  const Form* const form =
       std::find_if(std::begin(kForms), std::end(kForms), [&](const Form& f) { return f.name == words[0].text; });
   if (form == std::end(kForms)) return std::nullopt;
 

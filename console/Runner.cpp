@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "PacketWay.h"
 #include "Performer.h"
 #include "softcard/Card.h"
 
@@ -68,6 +69,12 @@ class Runner {
   void Do(const ClearFaults&) {
     card_.faults().Clear();
     printer_.Planned(statement_->text);
+  }
+
+  void Do(const Send& send) {
+    last_ = {};
+    for (const std::string& step : PacketWay(send)) last_.trace.push_back({TraceLine::Kind::kPacket, step});
+    printer_.Sent(statement_->text, last_);
   }
 
   void Do(const Show& show) {

@@ -72,6 +72,14 @@ struct Fault {
 
 struct ClearFaults {};
 
+/// An IPv4 packet that has been routed to a destination.
+struct Send {
+  unsigned id = 0;
+  unsigned ttl = 64;
+  unsigned tos = 0;
+  unsigned size = 20;  ///< in bytes, with the header
+};
+
 struct Show {
   std::vector<std::string> tables;
 };
@@ -80,7 +88,8 @@ struct Say {
   std::string text;
 };
 
-/// What the last request, or the card, has to be like. Texts are whole lines in which '*' stands for any characters.
+/// What the last request or packet, or the card, has to be like. Texts are whole lines in which '*' stands for any
+/// characters.
 struct Expectation {
   enum class Kind {
     kResult,        ///< `number`
@@ -88,6 +97,7 @@ struct Expectation {
     kLog,           ///< `number`: the level; `text`: the line
     kCall,          ///< `text`: the call
     kNotification,  ///< `name`: the client; `destination`, `port`
+    kPacket,        ///< `text`: a step of the packet's way
     kTrace,         ///< `lines`: calls, log lines and notifications, all of them in order
     kRows,          ///< `name`: the table; `number`
     kTable,         ///< `name`: the table; `lines`: all its rows
@@ -107,7 +117,7 @@ struct Expectation {
 struct Statement {
   unsigned line = 0;
   std::string text;  ///< as written, without comment, loop counters replaced
-  std::variant<Request, Client, Fault, ClearFaults, Show, Say, Expectation> action;
+  std::variant<Request, Client, Fault, ClearFaults, Send, Show, Say, Expectation> action;
 };
 
 struct Scenario {

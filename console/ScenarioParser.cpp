@@ -39,8 +39,8 @@ Loop ParseLoop(const std::vector<Token>& words) {
     constexpr long long kHighest = std::numeric_limits<unsigned>::max();
     return ToNumber(word, "end of a range", -kHighest, kHighest);
   };
-  const Loop loop{counter, number({range.text.substr(0, dots), range.offset}),
-                  number({range.text.substr(dots + 2), range.offset + dots + 2})};
+  Loop loop{counter, number({range.text.substr(0, dots), range.offset}),
+            number({range.text.substr(dots + 2), range.offset + dots + 2})};
   if (loop.first > loop.last) throw SyntaxError{range.offset, "this range is empty; a loop counts up", kUsage};
   return loop;
 }
@@ -129,7 +129,7 @@ class Unroller {
       }
       last_request_ = name.text;
       has_result_ = request->operation != Operation::kStart;
-    } else if (std::holds_alternative<Client>(statement.action)) {
+    } else if (std::holds_alternative<Client>(statement.action) || std::holds_alternative<Send>(statement.action)) {
       last_request_ = name.text;
       has_result_ = false;
     } else if (const auto* expectation = std::get_if<Expectation>(&statement.action)) {

@@ -62,6 +62,20 @@ Show ParseShow(const Words& words) {
   return show;
 }
 
+Send ParseSend(const Words& words) {
+  const Fields fields(words[0], Rest(words, 1), "ID [ttl=N] [tos=N] [size=BYTES]");
+  constexpr unsigned kHeader = 20;
+  const auto number = [](const Token& word, const char* what, unsigned low, unsigned high) {
+    return static_cast<unsigned>(ToNumber(word, what, low, high));
+  };
+  Send send;
+  send.id = ToUnsigned(fields.words()[0], "id");
+  if (const Token* ttl = fields.Find("ttl")) send.ttl = number(*ttl, "TTL", 0, 255);
+  if (const Token* tos = fields.Find("tos")) send.tos = number(*tos, "type of service", 0, 255);
+  if (const Token* size = fields.Find("size")) send.size = number(*size, "size of an IPv4 packet", kHeader, 65535);
+  return send;
+}
+
 std::string TextOf(const Words& words) {
   std::string text;
   for (const Token& word : words) {
@@ -141,11 +155,12 @@ Action ParseStatement(const Words& words, const std::vector<std::string>& block,
   if (name == "client") return ParseClient(words, card);
   if (name == "fail") return ParseFault(words);
   if (name == "clear-faults") return Fields(words[0], Rest(words, 1), ""), ClearFaults{};
+  if (name == "send") return ParseSend(words);
   if (name == "show") return ParseShow(words);
   if (name == "say") return Say{words.size() > 1 ? words[1].text : ""};
 
   auto names = RequestNames();
-  for (const char* other : {"expect", "client", "fail", "clear-faults", "show", "say", "for", "end", "card"}) {
+  for (const char* other : {"expect", "client", "fail", "clear-faults", "send", "show", "say", "for", "end", "card"}) {
     names.emplace_back(other);
   }
   throw SyntaxError{words[0].offset, "unknown request " + Quoted(name) + Suggest(name, names)};

@@ -89,7 +89,7 @@ class Expression {
 
   std::int64_t Counter() {
     const auto is_name = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
-    const auto begin = text_.begin() + static_cast<std::ptrdiff_t>(position_);
+    const char* const begin = text_.begin() + static_cast<std::ptrdiff_t>(position_);
     const std::string name(begin, std::find_if_not(begin, text_.end(), is_name));
     if (name.empty()) Fail(depth_ > 0 ? "expected a number or a loop's counter" : "expected $COUNTER, $(...) or $$");
     std::vector<std::string> names;

@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <optional>
-#include <sstream>
 
 #include "Runner.h"
 #include "ScenarioParser.h"
@@ -17,23 +17,21 @@ enum ExitCode { kAllHold = 0, kSomeFailed = 1, kUnusable = 2 };
 
 /// All of a file, or of standard input for "-". Nothing, and a message on standard error, when it cannot be read.
 std::optional<std::string> ReadFile(const std::string& path) {
-  std::FILE* const file = path == "-" ? stdin : std::fopen(path.c_str(), "rb");
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"),
+                                                             &std::fclose);
   std::string text;
-  if (file != nullptr) {
-    char buffer[65536];
-    for (std::size_t size; (size = std::fread(buffer, 1, sizeof buffer, file)) > 0;) text.append(buffer, size);
+  char buffer[65536];
+  for (std::size_t size = 1; file != nullptr && size > 0; text.append(buffer, size)) {
+    size = std::fread(buffer, 1, sizeof buffer, file.get());
   }
-  if (file != nullptr && std::ferror(file) == 0) {
-    std::fclose(file);
-    return text;
-  }
+  if (file != nullptr && std::ferror(file.get()) == 0) return text;
+
   const int reason = errno;
   std::cerr << "softcard: cannot read " << path << ": " << std::strerror(reason) << "; "
             << (reason == EISDIR   ? "name a scenario file in it"
                 : reason == EACCES ? "make the file readable"
                                    : "check the path, or use - for standard input")
             << '\n';
-  if (file != nullptr) std::fclose(file);
   return std::nullopt;
 }
 

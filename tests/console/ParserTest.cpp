@@ -210,11 +210,11 @@ INSTANTIATE_TEST_SUITE_P(
     Expectations, Unusable,
     testing::Values(
         UnusableLine{"expect",
-                     "1:1: what is expected is missing; it is one of result, throw, log, call, notification, "
+                     "1:1: what is expected is missing; it is one of result, throw, log, call, notification, packet, "
                      "trace, rows, table, empty"},
         UnusableLine{"init\nexpect resul 0", "2:8: nothing is expected by \"expect resul\"; did you mean \"result\"?"},
         UnusableLine{"init\nexpect no result 0",
-                     "2:11: nothing is expected by \"expect no result\"; it is one of log, call, notification"},
+                     "2:11: nothing is expected by \"expect no result\"; it is one of log, call, notification, packet"},
         UnusableLine{"init\nexpect call CreateIntf",
                      "2:13: unknown platform function \"CreateIntf\"; did you mean \"IntfManager::CreateIntf\"?"},
         UnusableLine{"expect result 0", "1:1: no request comes before this expectation of its result"},

@@ -118,6 +118,7 @@ TEST_F(Runner, EveryExpectationCanFail) {
   EXPECT_NE(Failures("install-vrf 1\nexpect call \"IngressManager::CreateIngress\"\n"), "");
   EXPECT_NE(Failures("install-vrf 1\nexpect no call\n"), "");
   EXPECT_NE(Failures("install-vrf 1\nexpect notification\n"), "");
+  EXPECT_NE(Failures("send 1\nexpect packet \"sent*\"\n"), "");
   EXPECT_NE(Failures("install-vrf 1\nexpect rows vrfs 2\n"), "");
   EXPECT_NE(Failures("install-vrf 1\nexpect empty\n"), "");
   EXPECT_NE(Failures("install-vrf 1\nexpect empty except=intfs\n"), "");
@@ -171,6 +172,24 @@ TEST_F(Runner, AClientThatIsCalledByItsOwnRequestDoesNotStartOver) {
 TEST_F(Runner, ClientsOfOneScenarioAreSilentInTheNext) {
   Output(kTunnel + "client left-over notify\n");
   EXPECT_EQ(Failures(kTunnel + kReplace + "\nexpect no notification\nexpect no log 7 \"Calling callback*\"\n"), "");
+}
+
+TEST_F(Runner, ShowsThePacketsWayAndFrame) {
+  EXPECT_NE(Output(kTunnel + "send 20 ttl=9 tos=0x20 size=22\n")
+                .find("send 20 ttl=9 tos=0x20 size=22\n"
+                      "    egress 100001: intf=2 mac=00:00:5e:00:02:01 vlan=100 port=eth1 label=none to_cpu=false "
+                      "drop=false control=0\n"
+                      "    intf 2: vrf=1 vlan=100 mac=00:00:5e:00:01:01 mtu=1500 flags=0x0 tunnel=mpls\n"
+                      "    initiator 2: labels=[{flags=0x11, label=100, qos_map=1, exp=0, ttl=255}]\n"
+                      "    push label=100 exp=1 ttl=255\n"
+                      "    sent through eth1, 44 bytes\n"
+                      "    frame 00005e000201 00005e000101 81000064 8847 000643ff "
+                      "45200016000000000911c581c0000201c63364010000\n"),
+            std::string::npos);
+  EXPECT_EQ(Failures(kTunnel + "send 10\nexpect packet \"dropped: destination 10 is a VLAN, not a way to a next hop\"\n"
+                               "send 99\nexpect packet \"dropped: destination 99 is not installed\"\n"
+                               "expect no packet \"frame*\"\n"),
+            "");
 }
 
 TEST_F(Runner, FaultsHappenAsPlannedAndGoWhenCleared) {
