@@ -97,6 +97,7 @@ const std::vector<Case> kCases = {
     {"swap to swap and push", {BASE, SWAP}, MPLS("replace", "labels=300,400 caps=2")},
     {"swap moved to another base", {BASE, SECOND_BASE, SWAP}, "replace-mpls 20 vlan=11 lim=lag1 mac=02:00:00:00:00:03 labels=1 caps=2"},
     {"swap and push to itself", {BASE, SWAP_AND_PUSH}, MPLS("replace", "labels=300,400 caps=2")},
+    {"swap and push to a swap on itself", {BASE, SWAP_AND_PUSH}, "replace-mpls 20 vlan=20 lim=eth2 mac=02:00:00:00:00:03 labels=1 caps=2"},
     {"vc to vc", {BASE, VC}, MPLS("replace", "labels=300 caps=5")},
     {"vc to swap", {BASE, VC}, MPLS("replace", "labels=300 caps=2")},
     {"vc to push", {BASE, VC}, MPLS("replace", "labels=300 caps=4")},

@@ -303,7 +303,6 @@ void Model::Answer(const Request& request, Transcript& transcript, std::deque<Fa
   if (facts.empty()) throw std::logic_error("no facts for " + RequestText(request));
   const Facts mine = facts.front();
   facts.pop_front();
-  if (mine.left_out) return transcript.Expect(kLeftOut);
   try {
     Walk walk(*this, request, mine, transcript, facts);
     const int64_t result = walk.Run(Rules::Get().TableIndex(Name(request.operation)));

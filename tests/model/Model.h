@@ -32,7 +32,6 @@ struct Facts {
   std::string limid_name;
   std::optional<int> port, lag;      ///< the lim id's entries of the port tables
   std::map<int, IntfFacts> intfs;
-  bool left_out;                     ///< the request is not made
 };
 
 struct Record {
@@ -91,8 +90,6 @@ class Model {
   std::set<std::string> calling_;  ///< clients that are in their callback
 };
 
-/// Stands for a request that is not made.
-inline const std::string kLeftOut = "left out";
 /// The line that closes a request's transcript.
 std::string ReturnLine(int result);
 std::string ThrowLine(const std::string& what);

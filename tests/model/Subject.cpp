@@ -43,15 +43,6 @@ std::vector<std::string> Comparable(const softcard::CallLog& log) {
   return lines;
 }
 
-/// Whether the request reads an interface object after it has deleted the interface: a swap replace whose base is the
-/// tunnel that it takes down. Objects are valid until then, so nobody may ask for it.
-bool StandsOnWhatItDeletes(const Request& request) {
-  const auto& records = HalBcmCommon::GetInstance()->destination_id_correlators;
-  const auto own = records.find(static_cast<int>(request.dest)), base = records.find(static_cast<int>(request.base));
-  return request.operation == Operation::kReplaceMpls && request.labels.size() < 2 && own != records.end() &&
-         base != records.end() && own->second.intf_id == base->second.intf_id;
-}
-
 void Note(std::string line) { Card::Get().log().Add(EventKind::kLog, std::move(line)); }
 
 }  // namespace
@@ -96,7 +87,6 @@ void Subject::Make(const Request& request) {
 void Subject::Execute(const Request& request) {
   if (request.operation == Operation::kRegister) return Register(request);
   facts_.push_back(Gather(request));
-  if (facts_.back().left_out) return Note(kLeftOut);
   try {
     Note(ReturnLine(Call(request)));
   } catch (const std::exception& error) {
@@ -159,7 +149,6 @@ Facts Subject::Gather(const Request& request) const {
   const limid_t limid = Card::LimId(request.limid);
   Facts facts{};
   facts.unit = common.unit;
-  facts.left_out = StandsOnWhatItDeletes(request);
   unsigned char type = 0;
   char name[64] = {};
   limid_to_type(limid, &type);
