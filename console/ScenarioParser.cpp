@@ -70,9 +70,10 @@ class Unroller {
     if (words[0].text == "for") {
       UnrollLoop(line, ParseLoop(words));
     } else if (words[0].text == "card") {
-      if (!counters_.empty() || !scenario_.statements.empty()) {
-        throw SyntaxError{words[0].offset, "\"card\" comes before everything else"};
+      if (!counters_.empty() || !scenario_.statements.empty() || card_given_) {
+        throw SyntaxError{words[0].offset, "\"card\" comes once, before everything else"};
       }
+      card_given_ = true;
       scenario_.card = ParseCard(words);
     } else {
       Add(line, words);
@@ -81,7 +82,9 @@ class Unroller {
 
   void UnrollLoop(const SourceLine& line, const Loop& loop) {
     const auto rounds = static_cast<std::size_t>(loop.last - loop.first) + 1;
-    if (scenario_.statements.size() + rounds * Statements(line.body) > kMaxStatements) throw TooLong();
+    rounds_ += rounds;
+    const std::size_t statements = scenario_.statements.size() + rounds * Statements(line.body);
+    if (rounds_ > kMaxStatements || statements > kMaxStatements) throw TooLong(line);
     for (std::int64_t value = loop.first; value <= loop.last; ++value) {
       counters_.emplace_back(loop.counter, value);
       Unroll(line.body);
@@ -96,12 +99,13 @@ class Unroller {
     return count;
   }
 
-  static SyntaxError TooLong() {
-    return {0, "the scenario has more than " + std::to_string(kMaxStatements) + " lines with the rounds of its loops"};
+  static SyntaxError TooLong(const SourceLine& line) {
+    return {line.words[0].offset,
+            "the scenario has more than " + std::to_string(kMaxStatements) + " lines with the rounds of its loops"};
   }
 
   void Add(const SourceLine& line, const std::vector<Token>& words) {
-    if (scenario_.statements.size() == kMaxStatements) throw TooLong();
+    if (scenario_.statements.size() == kMaxStatements) throw TooLong(line);
     std::vector<std::string> block;
     for (const SourceLine& row : line.body) block.push_back(SubstituteRow(row));
     const std::string_view text = words[0].text == "say" ? Trim(line.text) : WithoutComment(line.text);
@@ -155,6 +159,8 @@ class Unroller {
   Scenario& scenario_;
   const Report& report_;
   Counters counters_;
+  bool card_given_ = false;
+  std::size_t rounds_ = 0;       ///< of all loops, empty ones too
   std::set<unsigned> unusable_;  ///< numbers of lines that were reported
   std::string last_request_;
   bool has_result_ = false;

@@ -37,7 +37,7 @@ Fault ParseFault(const Words& words) {
     fault.number = number(*call, "number of a call");
     return fault;
   }
-  fault.function = ToFunction(fields.words()[0]);
+  fault.function = ToFunctionWithResult(fields.words()[0]);
   if (nth != nullptr && nth->text == "every") {
     fault.when = Fault::When::kEvery;
   } else if (nth != nullptr) {

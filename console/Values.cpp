@@ -35,7 +35,7 @@ const Names kStatuses = {
     {"true", 1},
 };
 
-const std::vector<std::string> kFunctions = {
+const std::vector<std::string> kFunctionsWithResult = {
     "fm_init",
     "fm_local_slot",
     "vlan_proto_ctrl_enable",
@@ -64,6 +64,15 @@ const std::vector<std::string> kFunctions = {
     "EgressManager::CreateEgress",
     "EgressManager::UpdateEgress",
     "EgressManager::DeleteEgress",
+};
+
+const std::vector<std::string> kFunctionsWithoutResult = {
+    "fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_enable",
+    "fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_disable",
+    "bcm_mpls_egress_label_t_init",
+    "TunnelObject::set_ttl",
+    "TunnelObject::set_type",
+    "TunnelObject::set_mpls_capability",
 };
 
 template <typename T>
@@ -212,7 +221,15 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card) {
 
 int ToStatus(const Token& word, const std::string& what) { return ToInt(word, what, kStatuses); }
 
-std::string ToFunction(const Token& word) { return OneOf(kFunctions, word, "platform function"); }
+std::string ToFunction(const Token& word) {
+  std::vector<std::string> all = kFunctionsWithResult;
+  all.insert(all.end(), kFunctionsWithoutResult.begin(), kFunctionsWithoutResult.end());
+  return OneOf(all, word, "platform function");
+}
+
+std::string ToFunctionWithResult(const Token& word) {
+  return OneOf(kFunctionsWithResult, word, "platform function with a result");
+}
 
 std::string ToTable(const Token& word) { return OneOf(softcard::Card::TableNames(), word, "table"); }
 

@@ -30,8 +30,9 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card);
 /// A status by name, such as BCM_E_FULL, or by number.
 int ToStatus(const Token& word, const std::string& what);
 
-/// A platform function by the name that the call log gives it.
+/// A platform function by the name that the call log gives it; one with a result that a fault can replace.
 std::string ToFunction(const Token& word);
+std::string ToFunctionWithResult(const Token& word);
 
 /// A table of the card.
 std::string ToTable(const Token& word);

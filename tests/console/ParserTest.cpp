@@ -195,8 +195,9 @@ INSTANTIATE_TEST_SUITE_P(
         UnusableLine{
             "client c calls client d calls init",
             "1:16: a client that a callback registers cannot make calls itself; register it by a line of its own"},
-        UnusableLine{"fail CreateIntf result=-1",
-                     "1:6: unknown platform function \"CreateIntf\"; did you mean \"IntfManager::CreateIntf\"?"},
+        UnusableLine{
+            "fail CreateIntf result=-1",
+            "1:6: unknown platform function with a result \"CreateIntf\"; did you mean \"IntfManager::CreateIntf\"?"},
         UnusableLine{"fail result=-1", "1:1: \"fail\" needs either FUNCTION or call=N"},
         UnusableLine{"fail fm_init call=1 result=-1", "1:1: \"fail\" needs either FUNCTION or call=N"},
         UnusableLine{"fail nth=2 call=1 result=-1",
@@ -240,7 +241,10 @@ INSTANTIATE_TEST_SUITE_P(
             "same (with I=3)"},
         UnusableLine{"for I in 1..4294967295\n  init\nend",
                      "1:1: the scenario has more than 4000000 lines with the rounds of its loops"},
-        UnusableLine{"init\ncard ports=4", "2:1: \"card\" comes before everything else"},
+        UnusableLine{"init\ncard ports=4", "2:1: \"card\" comes once, before everything else"},
+        UnusableLine{"card ports=4\ncard ports=8", "2:1: \"card\" comes once, before everything else"},
+        UnusableLine{"for I in 1..3000000\n  for J in 1..3000000\n  end\nend",
+                     "2:3: the scenario has more than 4000000 lines with the rounds of its loops (with I=1)"},
         UnusableLine{"init\nstart",
                      "2:1: \"start\" comes before every request; without it the module starts first of "
                      "all"},
