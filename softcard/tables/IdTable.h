@@ -1,9 +1,9 @@
 #ifndef SOFTCARD_TABLES_ID_TABLE_H
 #define SOFTCARD_TABLES_ID_TABLE_H
 
+#include <cstddef>
 #include <limits>
 #include <map>
-#include <utility>
 
 #include "bcm/error.h"
 
@@ -17,11 +17,14 @@ class IdTable {
   IdTable(int first_id, unsigned size) : first_id_(first_id), size_(size), next_id_(first_id) {}
 
   /// The new row's id, or BCM_E_FULL.
-  int Add(Row row) {
+  int Add(const Row& row) {
     if (rows_.size() >= size_) return BCM_E_FULL;
-    while (!rows_.try_emplace(next_id_, std::move(row)).second) Advance();
-    const int id = next_id_;
-    Advance();
+    int id = 0;
+    // A new id is the highest of all, until the ids have gone around.
+    for (const std::size_t used = rows_.size(); rows_.size() == used; Advance()) {
+      id = next_id_;
+      rows_.try_emplace(rows_.end(), id, row);
+    }
     return id;
   }
   int Delete(int id) { return rows_.erase(id) ? BCM_E_NONE : BCM_E_NOT_FOUND; }

@@ -122,6 +122,14 @@ TEST_F(FaultPlanTest, AFailedCreateGivesNoIdAway) {
   EXPECT_EQ(CreateEgress(-1), 100001);
 }
 
+TEST_F(FaultPlanTest, CreatingAnInterfaceIsOneCallAndNoUpdate) {
+  faults_.FailEvery("IntfManager::UpdateIntf", BCM_E_FAIL);
+  card_.log().Clear();
+  EXPECT_EQ(CreateIntf(), 1);
+  EXPECT_EQ(Log().size(), 1u);
+  EXPECT_EQ(intfs_.UpdateIntf(1, 0, 1, 100, router_mac_, 1500, 0), BCM_E_FAIL);
+}
+
 TEST_F(FaultPlanTest, AFailedCallStillTellsWhatItWasAsked) {
   faults_.FailNth("bcm_mpls_tunnel_initiator_clear", 1, -77);
   EXPECT_EQ(bcm_mpls_tunnel_initiator_clear(0, 5), -77);
