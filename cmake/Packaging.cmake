@@ -1,0 +1,89 @@
+# What is installed, and the packages made of it:
+#   library      the shared library, under the names that callers load and link
+#   development  the exported headers, the platform's declarations, the CMake package and pkg-config
+#   softcard     the software card and its command
+include(CMakePackageConfigHelpers)
+set(package ${PROJECT_NAME})
+set(package_cmake_dir ${CMAKE_INSTALL_LIBDIR}/cmake/${package})
+set(package_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/${package})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libhal-switch-l3-mpls-encapsulation-ll-bcm${PROJECT_VERSION_MAJOR})
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libhal-switch-l3-mpls-encapsulation-ll-bcm-dev)
+set(CPACK_DEBIAN_SOFTCARD_PACKAGE_NAME softcard)
+
+# Callers load the library by the name without a version: the link belongs to the library, not to its development.
+install(TARGETS hal_switch_l3_mpls_encapsulation_ll_bcm EXPORT encapsulation
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT library
+  INCLUDES DESTINATION ${package_include_dir})
+install(EXPORT encapsulation NAMESPACE hal:: FILE encapsulation-targets.cmake
+  DESTINATION ${package_cmake_dir} COMPONENT development)
+install(DIRECTORY include/ DESTINATION ${package_include_dir} COMPONENT development)
+if(HAL_PLATFORM STREQUAL "softcard")
+  install(DIRECTORY platform/ DESTINATION ${package_include_dir} COMPONENT development)
+endif()
+
+configure_package_config_file(cmake/config.cmake.in ${PROJECT_BINARY_DIR}/package/${package}-config.cmake
+  INSTALL_DESTINATION ${package_cmake_dir} PATH_VARS CMAKE_INSTALL_LIBDIR package_include_dir)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/${package}-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
+file(RELATIVE_PATH pkg_config_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+configure_file(cmake/pkg-config.pc.in ${PROJECT_BINARY_DIR}/package/${package}.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/package/${package}-config.cmake
+  ${PROJECT_BINARY_DIR}/package/${package}-config-version.cmake
+  DESTINATION ${package_cmake_dir} COMPONENT development)
+install(FILES ${PROJECT_BINARY_DIR}/package/${package}.pc
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+if(HAL_PLATFORM STREQUAL "softcard")
+  install(TARGETS softcard_platform EXPORT softcard
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT softcard
+    INCLUDES DESTINATION ${package_include_dir})
+  set_target_properties(softcard PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
+  install(TARGETS softcard RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT softcard)
+  install(DIRECTORY softcard DESTINATION ${package_include_dir} COMPONENT softcard FILES_MATCHING PATTERN *.h)
+  install(DIRECTORY scenarios/ DESTINATION ${CMAKE_INSTALL_DATADIR}/softcard/scenarios COMPONENT softcard)
+  install(EXPORT softcard NAMESPACE hal:: FILE softcard-targets.cmake
+    DESTINATION ${package_cmake_dir} COMPONENT softcard)
+endif()
+
+# Debian packages: cpack -G DEB.
+set(CPACK_PACKAGE_NAME ${package})
+set(CPACK_PACKAGE_VENDOR "")
+set(CPACK_PACKAGE_CONTACT "Card software <card-software@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_OUTPUT_FILE_PREFIX ${PROJECT_BINARY_DIR}/packages)
+set(CPACK_COMPONENTS_ALL library development softcard)
+if(CMAKE_CROSSCOMPILING OR HAL_PLATFORM STREQUAL "external")
+  # A card gets the library alone.
+  set(CPACK_COMPONENTS_ALL library)
+endif()
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_SOFTCARD_PACKAGE_SECTION devel)
+set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Outgoing layer-3 and MPLS encapsulations of a line card
+ The library that a line card's hardware-abstraction layer loads. It expects
+ the card's platform in the process: its own, or the software card.")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "Headers of the encapsulation library
+ The exported interfaces, the declarations of the platform that the library
+ calls, a CMake package and a pkg-config file.")
+set(CPACK_COMPONENT_SOFTCARD_DESCRIPTION "Line card in software
+ Runs scenarios against the encapsulation library and shows every call, table
+ and packet.")
+set(exact_library "${CPACK_DEBIAN_LIBRARY_PACKAGE_NAME} (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${exact_library}")
+set(CPACK_DEBIAN_SOFTCARD_PACKAGE_DEPENDS "${exact_library}")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/package/triggers)
+file(WRITE ${PROJECT_BINARY_DIR}/package/triggers "activate-noawait ldconfig\n")
+if(CMAKE_CROSSCOMPILING)
+  # The target's package database is not here to ask.
+  string(REPLACE "i686" "i386" CPACK_DEBIAN_PACKAGE_ARCHITECTURE ${CMAKE_SYSTEM_PROCESSOR})
+  set(CPACK_DEBIAN_LIBRARY_PACKAGE_DEPENDS "libc6 (>= 2.34), libgcc-s1 (>= 4.2), libstdc++6 (>= 11)")
+else()
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+  set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src ${PROJECT_BINARY_DIR}/softcard)
+  set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+endif()
+include(CPack)
