@@ -1,0 +1,131 @@
+// What the software card makes of a large card: a destination's life at a thousand and at a million others, memory, and
+// packets. Prints a number a line: "card host install 1000 812.0" is nanoseconds per request.
+
+#include <malloc.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <vector>
+
+#include "HalL3MplsEncapsulationInterface.h"
+#include "softcard/Card.h"
+#include "softcard/Forwarding.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr unsigned int kVlanDestination = 1;
+unsigned char mac[6] = {2, 0, 0, 0, 0, 1};
+
+HalL3MplsEncapsulationInterface& Module() { return *HalL3MplsEncapsulationInterface::GetInstance(); }
+
+softcard::CardDescription CardFor(unsigned int destinations) {
+  softcard::CardDescription description;
+  description.intfs = description.egresses = description.initiators = destinations + 1;
+  return description;
+}
+
+void Expect(bool held, const char* what) {
+  if (!held) {
+    std::fprintf(stderr, "card_scale: %s failed\n", what);
+    std::exit(1);
+  }
+}
+
+template <typename Request>
+double NanosecondsEach(const std::vector<unsigned int>& ids, const char* what, const Request& request) {
+  const auto start = Clock::now();
+  for (const unsigned int id : ids) {
+    Expect(request(id) == 0, what);
+  }
+  return std::chrono::duration<double, std::nano>(Clock::now() - start).count() / static_cast<double>(ids.size());
+}
+
+void Install(unsigned int destinations) {
+  softcard::Card& card = softcard::Card::Get();
+  card.Reset(CardFor(destinations));
+  card.log().set_recording(softcard::CallLog::Recording::kNothing);
+  Expect(Module().InstallVrf(1) == 0, "the VRF");
+  Expect(Module().InstallVlanOutgoingEncapsulation(kVlanDestination, softcard::Card::LimId("vlan100"), 1, 1500, mac,
+                                                   {}) == 0,
+         "the VLAN");
+}
+
+template <typename Installer, typename Replacer, typename Destroyer>
+void MeasureLife(const char* kind, unsigned int destinations, const Installer& install, const Replacer& replace,
+                 const Destroyer& destroy) {
+  Install(destinations);
+  std::vector<unsigned int> ids(destinations);
+  for (unsigned int i = 0; i < destinations; ++i) {
+    ids[i] = kVlanDestination + 1 + i;
+  }
+  std::shuffle(ids.begin(), ids.end(), std::mt19937(1));
+
+  const auto before = mallinfo2().uordblks;
+  std::printf("card %s install %u %.1f\n", kind, destinations, NanosecondsEach(ids, "an install", install));
+  std::printf("card %s memory %u %zu\n", kind, destinations, (mallinfo2().uordblks - before) / destinations);
+  std::printf("card %s replace %u %.1f\n", kind, destinations, NanosecondsEach(ids, "a replace", replace));
+  std::printf("card %s destroy %u %.1f\n", kind, destinations, NanosecondsEach(ids, "a destroy", destroy));
+  Expect(softcard::Card::Get().Rows("egresses").empty(), "leaving no egress object behind");
+}
+
+void MeasurePackets() {
+  constexpr unsigned int kPackets = 100000;
+  Install(1);
+  Expect(Module().InstallMplsUnprotectedOutgoingEncapsulation(2, kVlanDestination, softcard::Card::LimId("eth1"), mac,
+                                                              {100, 200}, {HAL_MPLS_CAPABILITY_PUSH},
+                                                              HAL_ACTION_NONE) == 0,
+         "the tunnel");
+  const int egress_id = softcard::Card::Get().common().destination_id_correlators.at(2).egress_id;
+  softcard::Bytes ip(64);
+  ip[0] = 0x45;
+  const auto packet = softcard::Packet::Ip(ip);
+  const auto start = Clock::now();
+  for (unsigned int i = 0; i < kPackets; ++i) {
+    const auto outcome = softcard::Forward(softcard::Card::Get().tables(), egress_id, packet);
+    Expect(outcome.fate == softcard::Outcome::Fate::kSent, "sending a packet");
+  }
+  const std::chrono::duration<double> spent = Clock::now() - start;
+  std::printf("card packets-per-second %.0f\n", kPackets / spent.count());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::vector<unsigned int> sizes;
+  for (int i = 1; i < argc; ++i) {
+    sizes.push_back(static_cast<unsigned int>(std::strtoul(argv[i], nullptr, 10)));
+  }
+  if (sizes.empty() || std::count(sizes.begin(), sizes.end(), 0U) != 0) {
+    std::fprintf(stderr, "usage: %s DESTINATIONS...   (for example 1000 1000000)\n", argv[0]);
+    return 2;
+  }
+  const limid_t port = softcard::Card::LimId("eth1");
+  for (const unsigned int destinations : sizes) {
+    MeasureLife(
+        "host", destinations,
+        [&](unsigned int id) {
+          return Module().InstallHostOutgoingEncapsulation(id, kVlanDestination, port, {}, mac);
+        },
+        [&](unsigned int id) {
+          return Module().ReplaceHostOutgoingEncapsulation(id, kVlanDestination, port, {}, mac);
+        },
+        [](unsigned int id) { return Module().DestroyHostOutgoingEncapsulation(id); });
+    MeasureLife(
+        "push-2", destinations,
+        [&](unsigned int id) {
+          return Module().InstallMplsUnprotectedOutgoingEncapsulation(id, kVlanDestination, port, mac, {100, 200},
+                                                                      {HAL_MPLS_CAPABILITY_PUSH}, HAL_ACTION_NONE);
+        },
+        [&](unsigned int id) {
+          return Module().ReplaceMplsUnprotectedOutgoingEncapsulation(id, kVlanDestination, port, mac, {300, 400},
+                                                                      {HAL_MPLS_CAPABILITY_PUSH}, HAL_ACTION_NONE);
+        },
+        [](unsigned int id) { return Module().DestroyMplsUnprotectedOutgoingEncapsulation(id); });
+  }
+  MeasurePackets();
+}
