@@ -19,7 +19,7 @@ class KeyTable {
   /// The key's row, new or not: BCM_E_FULL for a new one without room.
   int Write(const Key& key, const Row& row) {
     if (rows_.size() >= size_ && !Find(key)) return BCM_E_FULL;
-    rows_[key] = row;
+    rows_.insert_or_assign(key, row);
     return BCM_E_NONE;
   }
 
