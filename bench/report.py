@@ -1,0 +1,213 @@
+#!/usr/bin/env python3
+"""Takes every measurement and shows it: scripts/bench builds what this runs.
+
+usage: report.py BUILD_DIRECTORY [--docs]
+"""
+
+import collections
+import glob
+import json
+import os
+import re
+import resource
+import subprocess
+import sys
+import tempfile
+import time
+
+import instructions
+from growth_plot import plot
+
+PROJECT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+SMALL, LARGE = 1000, 1000000
+SIZES = [100, 1000, 10000, 100000, 1000000]
+
+
+def output_of(*command):
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
+
+
+def operations(counts):
+    return [name.removesuffix(" module") for name in counts if name.endswith(" module")]
+
+
+def ratio(counts, operation):
+    return counts[f"{operation} module"]["instructions"] / counts[f"{operation} bare"]["instructions"]
+
+
+def measure_times(build):
+    """Nanoseconds per request by (kind, step, side, destinations, order)."""
+    report = json.loads(output_of(f"{build}/release/bench/request_times", "--benchmark_format=json",
+                                  "--benchmark_min_time=0.2"))
+    times = {}
+    for run in report["benchmarks"]:
+        kind, side, destinations, order = run["name"].split("/")[:4]
+        for step in ("install", "replace", "destroy"):
+            times[kind, step, side, int(destinations), order] = 1e9 * run[step]
+    return times
+
+
+def measure_sizes(build):
+    """Bytes of code and constants of each of the module's objects, as they are built for the card."""
+    objects = sorted(glob.glob(f"{build}/powerpc/src/CMakeFiles/encapsulation_objects.dir/*/*.o"))
+    rows = [line.split() for line in output_of("powerpc-linux-gnu-size", *objects).splitlines()[1:]]
+    return {os.path.basename(row[5]).removesuffix(".cpp.o"): int(row[0]) for row in rows}
+
+
+def measure_card(build):
+    """The software card: nanoseconds and bytes by kind and step, packets and scenario lines per second, start-up."""
+    lines = output_of(f"{build}/release/tests/scale/card_scale", str(SMALL), str(LARGE)).splitlines()
+    card = {line.rsplit(" ", 1)[0].removeprefix("card "): float(line.rsplit(" ", 1)[1]) for line in lines}
+
+    softcard, hosts = f"{build}/release/console/softcard", 50000
+    with tempfile.NamedTemporaryFile("w", suffix=".scn") as scenario:
+        scenario.write(f"card egresses={hosts}\ninstall-vrf 1\n"
+                       "install-vlan 1 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01\n")
+        for host in range(hosts):
+            scenario.write(f"install-host {host + 2} vlan=1 lim=eth{host % 48 + 1} mac=02:00:00:00:00:01\n"
+                           "expect result 0\n")
+        scenario.flush()
+        start = time.perf_counter()
+        output_of(softcard, "run", "--quiet", scenario.name)
+        card["scenario lines per second"] = (3 + 2 * hosts) / (time.perf_counter() - start)
+        card["scenario megabytes"] = resource.getrusage(resource.RUSAGE_CHILDREN).ru_maxrss / 1024
+
+    runs = 20
+    start = time.perf_counter()
+    for _ in range(runs):
+        output_of(softcard, "--version")
+    card["start-up milliseconds"] = 1000 * (time.perf_counter() - start) / runs
+    return card
+
+
+def overhead_by_function(counts):
+    """What the module's requests spend beyond the bare sequences, by function, summed over all operations."""
+    overhead = collections.Counter()
+    for operation in operations(counts):
+        for side, sign in (("module", 1), ("bare", -1)):
+            for function, own in counts[f"{operation} {side}"]["functions"].items():
+                overhead[function] += sign * own
+    # The sequences' own lines stand against those of the operations they stand for.
+    return overhead
+
+
+def table(head, rows):
+    def line(cells):
+        return "| " + " | ".join(cells) + " |"
+
+    rule = line(["---"] + ["--:"] * (len(head) - 1))
+    return "\n".join([line(head), rule, *(line(row) for row in rows)])
+
+
+def request_table(small, large, times):
+    rows = []
+    for operation in operations(small):
+        kind, step = operation.split()
+        row = [operation]
+        for counts in (small, large):
+            row += [f"{counts[f'{operation} {side}']['instructions']:.0f}" for side in ("module", "bare")]
+            row.append(f"{ratio(counts, operation):.2f}")
+        row.append("{:.0f}".format(small[f"{operation} module"]["allocations"]))
+        row += ["{:.0f} / {:.0f}".format(*(times[kind, step, side, size, "random"] for side in ("module", "bare")))
+                for size in (SMALL, LARGE)]
+        rows.append(row)
+    return table(["request", "10³", "bare", "ratio", "10⁶", "bare", "ratio", "allocations", "ns at 10³", "ns at 10⁶"],
+                 rows)
+
+
+def card_table(small, large):
+    rows = [[operation] + [text for counts in (small, large)
+                           for text in (f"{counts[f'{operation} module']['instructions']:.0f}",
+                                        f"{counts[f'{operation} bare']['instructions']:.0f}",
+                                        f"{ratio(counts, operation):.2f}")] for operation in operations(small)]
+    return table(["request", "10³", "bare", "ratio", "10⁶", "bare", "ratio"], rows)
+
+
+def growth_table(growth):
+    rows = [[name] + [f"{value:.0f}" for value in values] + [f"{values[-1] / values[1]:.2f}"]
+            for name, values in growth.items()]
+    return table(["host install, replace and destroy", "10²", "10³", "10⁴", "10⁵", "10⁶", "10⁶ / 10³"], rows)
+
+
+def overhead_table(overhead):
+    positive = sum(own for own in overhead.values() if own > 0)
+    rows = [[f"`{function}`", f"{own:.0f}", f"{own / positive:.0%}"] for function, own in overhead.most_common(16)]
+    return table(["function", "instructions", "share"], rows)
+
+
+def software_card_table(card):
+    rows = [[f"{kind} {step}", f"{card[f'{kind} {step} {SMALL}']:.0f}", f"{card[f'{kind} {step} {LARGE}']:.0f}"]
+            for kind in ("host", "push-2") for step in ("install", "replace", "destroy", "memory")]
+    return table(["on the software card, ns (memory: bytes)", "10³", "10⁶"], rows)
+
+
+def numbers_text(memory, memory_on_card, card):
+    return (f"Memory per destination: {memory} bytes, {memory_on_card} on the card.\n\n"
+            f"The software card forwards {card['packets-per-second']:.0f} packets per second, each with its trace in "
+            f"words; `softcard run --quiet` goes through {card['scenario lines per second']:.0f} lines per second in "
+            f"{card['scenario megabytes']:.0f} MB, and starts in {card['start-up milliseconds']:.0f} ms.")
+
+
+def write_docs(blocks):
+    path = f"{PROJECT}/docs/performance.md"
+    with open(path) as file:
+        text = file.read()
+    for name, block in blocks.items():
+        pattern = rf"(<!-- {name} -->\n).*?(\n<!-- end -->)"
+        text, found = re.subn(pattern, lambda match: match[1] + block + match[2], text, flags=re.DOTALL)
+        if found != 1:
+            sys.exit(f"docs/performance.md: the place of the block '{name}' was found {found} times, not once")
+    with open(path, "w") as file:
+        file.write(text)
+
+
+def main(build, docs):
+    native = f"{build}/release/bench/request_counts"
+    counted = {(size, order): instructions.under_callgrind(native, size, order)
+               for size in SIZES for order in ("random", "sequential")}
+    memory = {size: counts.pop("memory") for (size, _), counts in counted.items()}[LARGE]
+    small, large = counted[SMALL, "random"], counted[LARGE, "random"]
+    on_card = {size: instructions.under_qemu(f"{build}/powerpc/bench/request_counts", size) for size in (SMALL, LARGE)}
+    memory_on_card = [counts.pop("memory") for counts in on_card.values()][-1]
+    times = measure_times(build)
+    sizes = measure_sizes(build)
+    card = measure_card(build)
+    overhead = overhead_by_function(small)
+
+    steps = ("install", "replace", "destroy")
+    growth = {f"instructions, {order} ids": [sum(counted[size, order][f"host {step} module"]["instructions"]
+                                                 for step in steps) for size in SIZES]
+              for order in ("random", "sequential")}
+    growth_in_time = {f"ns, {order} ids": [sum(times["host", step, "module", size, order] for step in steps)
+                                           for size in SIZES] for order in ("random", "sequential")}
+    svg = plot([("Instructions of a host's install, replace and destroy", "", SIZES, growth),
+                ("Nanoseconds of the same", "", SIZES, growth_in_time)])
+
+    blocks = {"requests": request_table(small, large, times), "on the card": card_table(on_card[SMALL], on_card[LARGE]),
+              "growth": growth_table({**growth, **growth_in_time}), "overhead": overhead_table(overhead),
+              "text": table(["source file", "bytes of code and constants"],
+                            [[name, str(size)] for name, size in sizes.items()] + [["all", str(sum(sizes.values()))]]),
+              "software card": software_card_table(card), "numbers": numbers_text(memory, memory_on_card, card)}
+    print(blocks["requests"])
+
+    def without_functions(counts):
+        return {name: {key: value for key, value in count.items() if key != "functions"}
+                for name, count in counts.items()}
+
+    with open(f"{build}/bench.json", "w") as file:
+        json.dump({"x86_64": {f"{size} {order}": without_functions(counts)
+                              for (size, order), counts in counted.items()},
+                   "powerpc": on_card,
+                   "bytes per destination": {"x86_64": memory, "powerpc": memory_on_card},
+                   "nanoseconds": {" ".join(map(str, name)): value for name, value in times.items()},
+                   "bytes of code and constants": sizes, "software card": card}, file, indent=1)
+    with open(f"{build}/growth.svg", "w") as file:
+        file.write(svg)
+    if docs:
+        write_docs(blocks)
+        with open(f"{PROJECT}/docs/growth.svg", "w") as file:
+            file.write(svg)
+
+
+if __name__ == "__main__":
+    main(sys.argv[1], "--docs" in sys.argv[2:])
