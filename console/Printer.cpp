@@ -80,6 +80,10 @@ void Printer::PrintTrace(const Record& record) {
   }
 }
 
+void Printer::Showing(const std::string& text) {
+  if (detail_ == Detail::kCalls) out_ << '\n' << Paint(kBold, text) << '\n';
+}
+
 void Printer::Shown(const std::string& table) {
   if (detail_ == Detail::kFailures) return;
   PrintRow();

@@ -24,6 +24,7 @@ class Printer {
   void Started(const Record& record);
   void Requested(const std::string& text, const Record& record);
   void Sent(const std::string& text, const Record& record);
+  void Showing(const std::string& text);
   void Shown(const std::string& table);
   void Planned(const std::string& text);
   void Held(const std::string& text);

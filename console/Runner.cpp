@@ -78,6 +78,7 @@ class Runner {
   }
 
   void Do(const Show& show) {
+    printer_.Showing(statement_->text);
     for (const std::string& table : show.tables) printer_.Shown(table);
   }
 
