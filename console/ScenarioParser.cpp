@@ -108,8 +108,7 @@ class Unroller {
     if (scenario_.statements.size() == kMaxStatements) throw TooLong(line);
     std::vector<std::string> block;
     for (const SourceLine& row : line.body) block.push_back(SubstituteRow(row));
-    const std::string_view text = words[0].text == "say" ? Trim(line.text) : WithoutComment(line.text);
-    Statement statement{line.number, Substitute({std::string(text), 0}, counters_).text,
+    Statement statement{line.number, Substitute({std::string(line.statement), 0}, counters_).text,
                         ParseStatement(words, block, scenario_.card)};
     CheckOrder(statement, words[0]);
     scenario_.statements.push_back(std::move(statement));

@@ -47,7 +47,7 @@ class Reader {
   std::optional<SourceLine> Next() {
     while (!rest_.empty()) {
       const std::size_t end = std::min(rest_.find('\n'), rest_.size());
-      SourceLine line{++number_, rest_.substr(0, end), {}, {}};
+      SourceLine line{++number_, rest_.substr(0, end), {}, {}, {}};
       rest_.remove_prefix(std::min(end + 1, rest_.size()));
       const std::string_view trimmed = Trim(line.text);
       if (!trimmed.empty() && trimmed[0] != '#') return line;
@@ -62,11 +62,13 @@ class Reader {
     // What is said is no list of words: it may hold quotes and '#'.
     if (trimmed.substr(0, kSay.size()) == kSay) {
       const std::string_view said = Trim(trimmed.substr(kSay.size()));
+      line.statement = trimmed;
       line.words = {{"say", offset(trimmed)}, {std::string(said), offset(said), true}};
       return true;
     }
     try {
       line.words = Tokenize(line.text);
+      line.statement = WithoutComment(line.text);
       return true;
     } catch (const SyntaxError& error) {
       report_(line, error);

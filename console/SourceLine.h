@@ -14,6 +14,7 @@ namespace console {
 struct SourceLine {
   unsigned number;
   std::string_view text;
+  std::string_view statement;  ///< without comment and the blanks around it
   std::vector<Token> words;
   std::vector<SourceLine> body;
 };
