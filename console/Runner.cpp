@@ -23,8 +23,10 @@ class Runner {
 
   Tally Run() {
     if (!StartsItself()) {
+      Request start;
+      start.operation = Operation::kStart;
       RecordCalls(nullptr);
-      last_ = performer_.Perform(Request{});
+      last_ = performer_.Perform(start);
       printer_.Started(last_);
     }
     for (const Statement& statement : scenario_.statements) {

@@ -102,6 +102,10 @@ int main(int argc, char** argv) try {
   options.accesses = all_calls;
   options.colour = WantsColour(colour);
   const console::Tally tally = console::Run(*scenario, options, std::cout);
+  if (!std::cout.flush()) {
+    std::cerr << "softcard: cannot write all of the output; is there room where it goes?\n";
+    return kUnusable;
+  }
   return tally.failed == 0 ? kAllHold : kSomeFailed;
 } catch (const std::exception& exception) {
   std::cerr << "softcard: " << exception.what() << '\n';
