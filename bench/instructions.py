@@ -101,4 +101,4 @@ def _short(function):
         if shorter == name:
             break
         name = shorter
-    return re.sub(r" const\b|\[[^]]*\]|'\d+$", "", name).split(" ")[-1]
+    return re.sub(r" const\b|\[[^]]*\]|'\d+$", "", name).strip().split(" ")[-1]
