@@ -11,7 +11,7 @@ namespace {
 
 using Kind = Expectation::Kind;
 
-struct Form {
+struct ExpectationForm {
   const char* name;
   const char* fields;
   Kind kind;
@@ -19,7 +19,7 @@ struct Form {
   bool has_block;
 };
 
-constexpr Form kForms[] = {
+constexpr ExpectationForm kExpectationForms[] = {
     {"result", "NUMBER", Kind::kResult, false, false},
     {"throw", "TEXT", Kind::kThrow, false, false},
     {"log", "[LEVEL] [TEXT]", Kind::kLog, true, false},
@@ -32,8 +32,8 @@ constexpr Form kForms[] = {
     {"empty", "[except=TABLE,...]", Kind::kEmpty, false, false},
 };
 
-const Form* FindForm(const std::string& name) {
-  for (const Form& form : kForms) {
+const ExpectationForm* FindExpectation(const std::string& name) {
+  for (const ExpectationForm& form : kExpectationForms) {
     if (form.name == name) return &form;
   }
   return nullptr;
@@ -54,12 +54,12 @@ Expectation ParseExpectation(const std::vector<Token>& words, const std::vector<
   if (negated) ++at;
 
   std::vector<std::string> names;
-  for (const Form& form : kForms) {
+  for (const ExpectationForm& form : kExpectationForms) {
     if (!negated || form.negatable) names.emplace_back(form.name);
   }
   const std::string beginning = negated ? "expect no" : "expect";
   if (words.size() == at) throw SyntaxError{words[0].offset, "what is expected is missing" + Suggest("", names)};
-  const Form* form = FindForm(words[at].text);
+  const ExpectationForm* form = FindExpectation(words[at].text);
   if (form == nullptr || (negated && !form->negatable)) {
     throw SyntaxError{words[at].offset, "nothing is expected by " + Quoted(beginning + " " + words[at].text) +
                                             Suggest(words[at].text, names)};
@@ -106,7 +106,7 @@ Expectation ParseExpectation(const std::vector<Token>& words, const std::vector<
 
 bool HasBlock(const std::vector<Token>& words) {
   if (words.size() < 2 || words[0].text != "expect") return false;
-  const Form* form = FindForm(words[1].text);
+  const ExpectationForm* form = FindExpectation(words[1].text);
   return form != nullptr && form->has_block;
 }
 

@@ -7,7 +7,7 @@
 namespace console {
 namespace {
 
-struct Form {
+struct RequestForm {
   const char* name;
   Operation operation;
   const char* fields;
@@ -17,7 +17,7 @@ constexpr char kVlanFields[] = "ID lim=VLAN vrf=VRF mtu=BYTES mac=MAC [caps=CAPA
 constexpr char kHostFields[] = "ID vlan=ID lim=PORT mac=MAC [actions=ACTION,...]";
 constexpr char kMplsFields[] = "ID vlan=ID lim=PORT mac=MAC [labels=LABEL,...] [caps=CAPABILITY,...] [action=ACTION]";
 
-constexpr Form kForms[] = {
+constexpr RequestForm kRequestForms[] = {
     {"start", Operation::kStart, ""},
     {"init", Operation::kInit, ""},
     {"install-vrf", Operation::kInstallVrf, "VRF"},
@@ -43,9 +43,9 @@ std::vector<Enumeration> ToList(const Token& list, const char* what, const Names
 }  // namespace
 
 std::optional<Request> ParseRequest(const std::vector<Token>& words, const softcard::CardDescription& card) {
-  const Form* const form =
-      std::find_if(std::begin(kForms), std::end(kForms), [&](const Form& f) { return f.name == words[0].text; });
-  if (form == std::end(kForms)) return std::nullopt;
+  const RequestForm* const form = std::find_if(std::begin(kRequestForms), std::end(kRequestForms),
+                                               [&](const RequestForm& f) { return f.name == words[0].text; });
+  if (form == std::end(kRequestForms)) return std::nullopt;
 
   const Fields fields(words[0], {words.begin() + 1, words.end()}, form->fields);
   Request request;
@@ -75,7 +75,7 @@ std::optional<Request> ParseRequest(const std::vector<Token>& words, const softc
 
 std::vector<std::string> RequestNames() {
   std::vector<std::string> names;
-  for (const Form& form : kForms) names.emplace_back(form.name);
+  for (const RequestForm& form : kRequestForms) names.emplace_back(form.name);
   return names;
 }
 
