@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <numeric>
 #include <random>
 #include <vector>
 
@@ -36,16 +37,7 @@ void Expect(bool held, const char* what) {
   }
 }
 
-template <typename Request>
-double NanosecondsEach(const std::vector<unsigned int>& ids, const char* what, const Request& request) {
-  const auto start = Clock::now();
-  for (const unsigned int id : ids) {
-    Expect(request(id) == 0, what);
-  }
-  return std::chrono::duration<double, std::nano>(Clock::now() - start).count() / static_cast<double>(ids.size());
-}
-
-void Install(unsigned int destinations) {
+void Reset(unsigned int destinations) {
   softcard::Card& card = softcard::Card::Get();
   card.Reset(CardFor(destinations));
   card.log().set_recording(softcard::CallLog::Recording::kNothing);
@@ -55,27 +47,44 @@ void Install(unsigned int destinations) {
          "the VLAN");
 }
 
+template <typename Request>
+double Nanoseconds(const std::vector<unsigned int>& ids, const char* what, const Request& request) {
+  const auto start = Clock::now();
+  for (const unsigned int id : ids) {
+    Expect(request(id) == 0, what);
+  }
+  return std::chrono::duration<double, std::nano>(Clock::now() - start).count();
+}
+
 template <typename Installer, typename Replacer, typename Destroyer>
 void MeasureLife(const char* kind, unsigned int destinations, const Installer& install, const Replacer& replace,
                  const Destroyer& destroy) {
-  Install(destinations);
+  Reset(destinations);
   std::vector<unsigned int> ids(destinations);
-  for (unsigned int i = 0; i < destinations; ++i) {
-    ids[i] = kVlanDestination + 1 + i;
-  }
+  std::iota(ids.begin(), ids.end(), kVlanDestination + 1);
   std::shuffle(ids.begin(), ids.end(), std::mt19937(1));
 
-  const auto before = mallinfo2().uordblks;
-  std::printf("card %s install %u %.1f\n", kind, destinations, NanosecondsEach(ids, "an install", install));
-  std::printf("card %s memory %u %zu\n", kind, destinations, (mallinfo2().uordblks - before) / destinations);
-  std::printf("card %s replace %u %.1f\n", kind, destinations, NanosecondsEach(ids, "a replace", replace));
-  std::printf("card %s destroy %u %.1f\n", kind, destinations, NanosecondsEach(ids, "a destroy", destroy));
-  Expect(softcard::Card::Get().Rows("egresses").empty(), "leaving no egress object behind");
+  const unsigned int rounds = 1 + 100000 / destinations;
+  double installs = 0, replaces = 0, destroys = 0;
+  std::size_t bytes = 0;
+  for (unsigned int round = 0; round < rounds; ++round) {
+    const auto before = mallinfo2().uordblks;
+    installs += Nanoseconds(ids, "an install", install);
+    bytes = mallinfo2().uordblks - before;
+    replaces += Nanoseconds(ids, "a replace", replace);
+    destroys += Nanoseconds(ids, "a destroy", destroy);
+    Expect(softcard::Card::Get().Rows("egresses").empty(), "leaving no egress object behind");
+  }
+  const double requests = static_cast<double>(rounds) * destinations;
+  std::printf("card %s install %u %.1f\n", kind, destinations, installs / requests);
+  std::printf("card %s replace %u %.1f\n", kind, destinations, replaces / requests);
+  std::printf("card %s destroy %u %.1f\n", kind, destinations, destroys / requests);
+  std::printf("card %s memory %u %zu\n", kind, destinations, bytes / destinations);
 }
 
 void MeasurePackets() {
   constexpr unsigned int kPackets = 100000;
-  Install(1);
+  Reset(1);
   Expect(Module().InstallMplsUnprotectedOutgoingEncapsulation(2, kVlanDestination, softcard::Card::LimId("eth1"), mac,
                                                               {100, 200}, {HAL_MPLS_CAPABILITY_PUSH},
                                                               HAL_ACTION_NONE) == 0,
