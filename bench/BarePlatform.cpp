@@ -47,9 +47,11 @@ void bcm_mpls_egress_label_t_init(bcm_mpls_egress_label_t* label) {
   TRACE("");
   *label = {};
 }
-int bcm_mpls_tunnel_initiator_set(int, int intf, int count, bcm_mpls_egress_label_t* labels) {
-  return TRACED(0, intf, count, labels[0].flags, labels[0].label, labels[0].qos_map_id, labels[0].ttl, labels[1].flags,
-                labels[1].label, labels[1].qos_map_id, labels[1].ttl);
+int bcm_mpls_tunnel_initiator_set(int, int intf, int num_labels, bcm_mpls_egress_label_t* label_array) {
+  [[maybe_unused]] const bcm_mpls_egress_label_t& first = label_array[0];
+  [[maybe_unused]] const bcm_mpls_egress_label_t& second = label_array[1];
+  return TRACED(0, intf, num_labels, first.flags, first.label, first.qos_map_id, first.ttl, second.flags, second.label,
+                second.qos_map_id, second.ttl);
 }
 int bcm_mpls_tunnel_initiator_clear(int, int intf) { return TRACED(0, intf); }
 

@@ -220,12 +220,12 @@ struct ForwardPush {
     *egress_id = CreateEgress(*intf_id, mac, base, kNoLabel, EXP_LABEL_CONTROL_NONE);
   }
 
-  static void Replace(const IntfObject& base, unsigned char* mac, int* intf_id, int* egress_id) {
+  static void Replace(const IntfObject& base, unsigned char* mac, int* intf_id, int egress_id) {
     Log(7, "Updating tunnel outgoing encapsulation for %s.", kText);
     bcm_mpls_tunnel_initiator_clear(common->unit, *intf_id);
     *intf_id = UpdateIntf(*intf_id, base);
     SetInitiator<kLabels>(kCapability, kText, kLabels);
-    UpdateEgress(*egress_id, *intf_id, mac, base, 0, EXP_LABEL_CONTROL_NONE);
+    UpdateEgress(egress_id, *intf_id, mac, base, 0, EXP_LABEL_CONTROL_NONE);
   }
 };
 
@@ -245,7 +245,7 @@ struct Swap {
     *egress_id = CreateEgress(*intf_id, mac, base, kFirstLabel, EXP_LABEL_CONTROL_SWAP);
   }
 
-  static void Replace(const IntfObject& base, unsigned char* mac, int* intf_id, int* egress_id) {
+  static void Replace(const IntfObject& base, unsigned char* mac, int* intf_id, int egress_id) {
     Log(7, "Updating tunnel outgoing encapsulation for %s. Old tunnel type is %s and labels size is %d", kSwapText,
         TunnelObject::TunnelTypeToString(kIntoTunnel ? TunnelObject::kTunnelTypeMpls : TunnelObject::kTunnelTypeNone)
             .c_str(),
@@ -257,7 +257,7 @@ struct Swap {
     } else {
       base.id();
     }
-    UpdateEgress(*egress_id, *intf_id, mac, base, kFirstLabel, EXP_LABEL_CONTROL_SWAP);
+    UpdateEgress(egress_id, *intf_id, mac, base, kFirstLabel, EXP_LABEL_CONTROL_SWAP);
   }
 };
 
@@ -272,9 +272,9 @@ struct VcLabel {
     *intf_id = -1;
   }
 
-  static void Replace(const IntfObject& base, unsigned char* mac, int*, int* egress_id) {
+  static void Replace(const IntfObject& base, unsigned char* mac, int*, int egress_id) {
     Log(7, "Updating tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)", kText, kFirstLabel, 1);
-    UpdateEgress(*egress_id, base.id(), mac, base, kFirstLabel, EXP_LABEL_CONTROL_VC);
+    UpdateEgress(egress_id, base.id(), mac, base, kFirstLabel, EXP_LABEL_CONTROL_VC);
   }
 };
 
@@ -315,7 +315,7 @@ class Mpls : public BareSequence {
     if (kIsSwap) {
       own->tunnel().type();
     }
-    Tunnel::Replace(*base, mac, &record.intf_id, &record.egress_id);
+    Tunnel::Replace(*base, mac, &record.intf_id, record.egress_id);
     return 0;
   }
 
@@ -336,8 +336,7 @@ class Mpls : public BareSequence {
   }
 
  private:
-  static constexpr bool kIsSwap =
-      std::is_same<Tunnel, Swap<false>>::value || std::is_same<Tunnel, Swap<true>>::value;
+  static constexpr bool kIsSwap = std::is_same<Tunnel, Swap<false>>::value || std::is_same<Tunnel, Swap<true>>::value;
 };
 
 template <typename Sequence>

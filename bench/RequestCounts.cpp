@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <string>
 
 #include "Allocations.h"
@@ -39,7 +40,7 @@ void Measure(const HalL3MplsEncapsulationInterface& target, const Kind& kind, co
     }
     for (const unsigned int id : ids) {
       if (Send(target, kind, step, id, meter) != 0) {
-        std::fprintf(stderr, "%s %s: destination %u: the request failed\n", kind.name, StepName(step), id);
+        std::cerr << kind.name << " " << StepName(step) << ": destination " << id << ": the request failed\n";
         std::exit(1);
       }
     }
@@ -71,7 +72,7 @@ void MeasureMemory(const HalL3MplsEncapsulationInterface& module, unsigned int p
 int main(int argc, char** argv) {
   const long destinations = argc >= 2 ? std::strtol(argv[1], nullptr, 10) : 0;
   if (argc > 3 || destinations < 100 || (argc == 3 && std::string(argv[2]) != "sequential")) {
-    std::fprintf(stderr, "usage: %s DESTINATIONS [sequential]   (at least 100; random ids unless sequential)\n", argv[0]);
+    std::cerr << "usage: " << argv[0] << " DESTINATIONS [sequential]   (at least 100; random ids unless sequential)\n";
     return 2;
   }
   const auto populated = static_cast<unsigned int>(destinations);

@@ -33,7 +33,8 @@ void Time(benchmark::State& state, const Kind& kind, const HalL3MplsEncapsulatio
   constexpr unsigned int kLargestBatch = 16384;
   PopulateOnce(destinations, order);
   auto ids = FreshIds(std::min(destinations / 2, kLargestBatch), destinations);
-  std::shuffle(ids.begin(), ids.end(), std::mt19937(2));
+  std::seed_seq seed{2};
+  std::shuffle(ids.begin(), ids.end(), std::mt19937(seed));
 
   NoMeter meter;
   std::chrono::duration<double> spent[std::size(kSteps)] = {};

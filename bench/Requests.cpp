@@ -11,12 +11,9 @@
 
 const char* StepName(Step step) {
   switch (step) {
-    case Step::kInstall:
-      return "install";
-    case Step::kReplace:
-      return "replace";
-    default:
-      return "destroy";
+    case Step::kInstall: return "install";
+    case Step::kReplace: return "replace";
+    default: return "destroy";
   }
 }
 
@@ -61,7 +58,8 @@ void Populate(unsigned int count, Order order) {
   std::vector<unsigned int> ids(count);
   std::iota(ids.begin(), ids.end(), 1);
   if (order == Order::kRandom) {
-    std::shuffle(ids.begin(), ids.end(), std::mt19937(1));
+    std::seed_seq seed{1};
+    std::shuffle(ids.begin(), ids.end(), std::mt19937(seed));
   }
   for (const unsigned int id : ids) {
     insert(id * kIdStride);

@@ -52,43 +52,37 @@ int Send(const HalL3MplsEncapsulationInterface& target, const Kind& kind, Step s
   };
   if (step == Step::kDestroy) {
     switch (kind.family) {
-      case Kind::kVlan:
-        return metered([&] { return target.DestroyVlanOutgoingEncapsulation(id); });
-      case Kind::kHost:
-        return metered([&] { return target.DestroyHostOutgoingEncapsulation(id); });
-      default:
-        return metered([&] { return target.DestroyMplsUnprotectedOutgoingEncapsulation(id); });
+      case Kind::kVlan: return metered([&] { return target.DestroyVlanOutgoingEncapsulation(id); });
+      case Kind::kHost: return metered([&] { return target.DestroyHostOutgoingEncapsulation(id); });
+      default: return metered([&] { return target.DestroyMplsUnprotectedOutgoingEncapsulation(id); });
     }
   }
   const bool install = step == Step::kInstall;
   switch (kind.family) {
     case Kind::kVlan:
-      return install ? metered([&] {
-        return target.InstallVlanOutgoingEncapsulation(id, kVlanLimId, kVrf, kMtu, mac, {});
-      })
-                     : metered([&] {
-        return target.ReplaceVlanOutgoingEncapsulation(id, kVlanLimId, kVrf, kMtu, mac, {});
-      });
+      return install
+                 ? metered([&] { return target.InstallVlanOutgoingEncapsulation(id, kVlanLimId, kVrf, kMtu, mac, {}); })
+                 : metered(
+                       [&] { return target.ReplaceVlanOutgoingEncapsulation(id, kVlanLimId, kVrf, kMtu, mac, {}); });
     case Kind::kHost:
       return install ? metered([&] {
         return target.InstallHostOutgoingEncapsulation(id, kVlanDestination, kPortLimId, {}, mac);
       })
                      : metered([&] {
-        return target.ReplaceHostOutgoingEncapsulation(id, kVlanDestination, kPortLimId, {}, mac);
-      });
+                         return target.ReplaceHostOutgoingEncapsulation(id, kVlanDestination, kPortLimId, {}, mac);
+                       });
     default: {
       auto labels = kind.labels;
       auto capabilities = kind.capabilities;
       return install ? metered([&] {
-        return target.InstallMplsUnprotectedOutgoingEncapsulation(id, kVlanDestination, kPortLimId, mac,
-                                                                  std::move(labels), std::move(capabilities),
-                                                                  HAL_ACTION_NONE);
+        return target.InstallMplsUnprotectedOutgoingEncapsulation(
+            id, kVlanDestination, kPortLimId, mac, std::move(labels), std::move(capabilities), HAL_ACTION_NONE);
       })
                      : metered([&] {
-        return target.ReplaceMplsUnprotectedOutgoingEncapsulation(id, kVlanDestination, kPortLimId, mac,
-                                                                  std::move(labels), std::move(capabilities),
-                                                                  HAL_ACTION_NONE);
-      });
+                         return target.ReplaceMplsUnprotectedOutgoingEncapsulation(
+                             id, kVlanDestination, kPortLimId, mac, std::move(labels), std::move(capabilities),
+                             HAL_ACTION_NONE);
+                       });
     }
   }
 }

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <numeric>
 #include <random>
 #include <vector>
@@ -32,7 +33,7 @@ softcard::CardDescription CardFor(unsigned int destinations) {
 
 void Expect(bool held, const char* what) {
   if (!held) {
-    std::fprintf(stderr, "card_scale: %s failed\n", what);
+    std::cerr << "card_scale: " << what << " failed\n";
     std::exit(1);
   }
 }
@@ -62,7 +63,8 @@ void MeasureLife(const char* kind, unsigned int destinations, const Installer& i
   Reset(destinations);
   std::vector<unsigned int> ids(destinations);
   std::iota(ids.begin(), ids.end(), kVlanDestination + 1);
-  std::shuffle(ids.begin(), ids.end(), std::mt19937(1));
+  std::seed_seq seed{1};
+  std::shuffle(ids.begin(), ids.end(), std::mt19937(seed));
 
   const unsigned int rounds = 1 + 100000 / destinations;
   double installs = 0, replaces = 0, destroys = 0;
@@ -110,19 +112,15 @@ int main(int argc, char** argv) {
     sizes.push_back(static_cast<unsigned int>(std::strtoul(argv[i], nullptr, 10)));
   }
   if (sizes.empty() || std::count(sizes.begin(), sizes.end(), 0U) != 0) {
-    std::fprintf(stderr, "usage: %s DESTINATIONS...   (for example 1000 1000000)\n", argv[0]);
+    std::cerr << "usage: " << argv[0] << " DESTINATIONS...   (for example 1000 1000000)\n";
     return 2;
   }
   const limid_t port = softcard::Card::LimId("eth1");
   for (const unsigned int destinations : sizes) {
     MeasureLife(
         "host", destinations,
-        [&](unsigned int id) {
-          return Module().InstallHostOutgoingEncapsulation(id, kVlanDestination, port, {}, mac);
-        },
-        [&](unsigned int id) {
-          return Module().ReplaceHostOutgoingEncapsulation(id, kVlanDestination, port, {}, mac);
-        },
+        [&](unsigned int id) { return Module().InstallHostOutgoingEncapsulation(id, kVlanDestination, port, {}, mac); },
+        [&](unsigned int id) { return Module().ReplaceHostOutgoingEncapsulation(id, kVlanDestination, port, {}, mac); },
         [](unsigned int id) { return Module().DestroyHostOutgoingEncapsulation(id); });
     MeasureLife(
         "push-2", destinations,
