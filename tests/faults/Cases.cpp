@@ -27,18 +27,24 @@ const std::vector<Case> kCases = {
     {"vrf, away", {"install-vrf 7"}, "destroy-vrf 7"},
 
     {"vlan", {"install-vrf 1"}, "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"},
-    {"vlan, station flag", {"install-vrf 1"}, "install-vlan 10 lim=vlan1 vrf=1 mtu=1 mac=00:00:5e:00:01:01 caps=0,1,2,1"},
+    {"vlan, station flag",
+     {"install-vrf 1"},
+     "install-vlan 10 lim=vlan1 vrf=1 mtu=1 mac=00:00:5e:00:01:01 caps=0,1,2,1"},
     {"vlan that is there", {BASE}, "install-vlan 10 lim=vlan200 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"},
     {"vlan id beyond 16 bits", {"install-vrf 1"}, "install-vlan 10 lim=vlan65636 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"},
     {"vlan without a MAC", {"install-vrf 1"}, "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=null"},
     {"vlan moved within its VRF", {BASE}, "replace-vlan 10 lim=vlan200 vrf=1 mtu=9000 mac=00:00:5e:00:01:03"},
-    {"vlan moved to another VRF", {BASE, "install-vrf 2"}, "replace-vlan 10 lim=vlan200 vrf=2 mtu=9000 mac=00:00:5e:00:01:03 caps=1"},
+    {"vlan moved to another VRF",
+     {BASE, "install-vrf 2"},
+     "replace-vlan 10 lim=vlan200 vrf=2 mtu=9000 mac=00:00:5e:00:01:03 caps=1"},
     {"vlan moved that is not there", {}, "replace-vlan 4294967295 lim=vlan200 vrf=2 mtu=9000 mac=00:00:5e:00:01:03"},
     {"vlan, away", {BASE}, "destroy-vlan 10"},
     {"vlan, away though not there", {}, "destroy-vlan 2147483648"},
 
     {"host", {BASE}, HOST},
-    {"host on a LAG, dropping and to the CPU", {BASE}, "install-host 30 vlan=10 lim=lag1 mac=02:00:00:00:00:02 actions=1,2"},
+    {"host on a LAG, dropping and to the CPU",
+     {BASE},
+     "install-host 30 vlan=10 lim=lag1 mac=02:00:00:00:00:02 actions=1,2"},
     {"host on the CPU port without a base", {}, "install-host 30 vlan=0 lim=cpu mac=02:00:00:00:00:02 actions=2,3"},
     {"host on no port", {BASE}, "install-host 30 vlan=10 lim=vlan100 mac=02:00:00:00:00:02"},
     {"host on an absent port", {BASE}, "install-host 30 vlan=10 lim=eth99 mac=02:00:00:00:00:02"},
@@ -62,7 +68,9 @@ const std::vector<Case> kCases = {
     {"push without labels", {BASE}, MPLS("install", "caps=4")},
     {"push that is there", {BASE, PUSH}, MPLS("install", "labels=100,200 caps=4")},
     {"push on an unknown base", {}, MPLS("install", "labels=100,200 caps=4")},
-    {"push on an absent port", {BASE}, "install-mpls 20 vlan=10 lim=eth99 mac=02:00:00:00:00:03 labels=100 caps=4 action=1"},
+    {"push on an absent port",
+     {BASE},
+     "install-mpls 20 vlan=10 lim=eth99 mac=02:00:00:00:00:03 labels=100 caps=4 action=1"},
     {"forward", {BASE}, MPLS("install", "labels=100,200 caps=3")},
     {"swap", {BASE}, MPLS("install", "labels=100 caps=2")},
     {"swap without labels", {BASE}, MPLS("install", "caps=2")},
@@ -77,7 +85,9 @@ const std::vector<Case> kCases = {
     {"two capabilities", {BASE}, MPLS("install", "labels=100 caps=3,4")},
     {"no capability", {BASE}, MPLS("install", "labels=100")},
 
-    {"push to push, clients told", {BASE, PUSH, "client a notify", "client b empty"}, MPLS("replace", "labels=300,400 caps=4")},
+    {"push to push, clients told",
+     {BASE, PUSH, "client a notify", "client b empty"},
+     MPLS("replace", "labels=300,400 caps=4")},
     {"push to forward, a client throws", {BASE, PUSH, "client a throw", "client b notify"}, MPLS("replace", "caps=3")},
     {"push to push, dropping", {BASE, PUSH, "client a notify"}, MPLS("replace", "labels=300 caps=1,4 action=1")},
     {"push to swap", {BASE, PUSH}, MPLS("replace", "labels=300 caps=2")},
@@ -87,17 +97,27 @@ const std::vector<Case> kCases = {
     {"push to the implicit null as vc", {BASE, PUSH}, MPLS("replace", "labels=3 caps=5")},
     {"push to nothing known", {BASE, PUSH}, MPLS("replace", "labels=300 caps=7")},
     {"push to none", {BASE, PUSH}, MPLS("replace", "labels=300 caps=0")},
-    {"push moved to another base", {BASE, SECOND_BASE, PUSH}, "replace-mpls 20 vlan=11 lim=lag1 mac=02:00:00:00:00:03 labels=1 caps=4"},
-    {"push moved to an unknown base", {BASE, PUSH}, "replace-mpls 20 vlan=12 lim=lag1 mac=02:00:00:00:00:03 labels=1 caps=4"},
-    {"push moved to an absent port", {BASE, PUSH}, "replace-mpls 20 vlan=10 lim=eth99 mac=02:00:00:00:00:03 labels=1 caps=4"},
+    {"push moved to another base",
+     {BASE, SECOND_BASE, PUSH},
+     "replace-mpls 20 vlan=11 lim=lag1 mac=02:00:00:00:00:03 labels=1 caps=4"},
+    {"push moved to an unknown base",
+     {BASE, PUSH},
+     "replace-mpls 20 vlan=12 lim=lag1 mac=02:00:00:00:00:03 labels=1 caps=4"},
+    {"push moved to an absent port",
+     {BASE, PUSH},
+     "replace-mpls 20 vlan=10 lim=eth99 mac=02:00:00:00:00:03 labels=1 caps=4"},
     {"push whose interface has no initiator", {BASE, SWAP}, MPLS("replace", "labels=300 caps=4")},
     {"swap to swap", {BASE, SWAP}, MPLS("replace", "labels=300 caps=2")},
     {"swap to the explicit null", {BASE, SWAP}, MPLS("replace", "labels=0 caps=2")},
     {"swap to the implicit null, replaced", {BASE, SWAP}, MPLS("replace", "labels=3 caps=2")},
     {"swap to swap and push", {BASE, SWAP}, MPLS("replace", "labels=300,400 caps=2")},
-    {"swap moved to another base", {BASE, SECOND_BASE, SWAP}, "replace-mpls 20 vlan=11 lim=lag1 mac=02:00:00:00:00:03 labels=1 caps=2"},
+    {"swap moved to another base",
+     {BASE, SECOND_BASE, SWAP},
+     "replace-mpls 20 vlan=11 lim=lag1 mac=02:00:00:00:00:03 labels=1 caps=2"},
     {"swap and push to itself", {BASE, SWAP_AND_PUSH}, MPLS("replace", "labels=300,400 caps=2")},
-    {"swap and push to a swap on itself", {BASE, SWAP_AND_PUSH}, "replace-mpls 20 vlan=20 lim=eth2 mac=02:00:00:00:00:03 labels=1 caps=2"},
+    {"swap and push to a swap on itself",
+     {BASE, SWAP_AND_PUSH},
+     "replace-mpls 20 vlan=20 lim=eth2 mac=02:00:00:00:00:03 labels=1 caps=2"},
     {"vc to vc", {BASE, VC}, MPLS("replace", "labels=300 caps=5")},
     {"vc to swap", {BASE, VC}, MPLS("replace", "labels=300 caps=2")},
     {"vc to push", {BASE, VC}, MPLS("replace", "labels=300 caps=4")},
@@ -138,21 +158,36 @@ model::Request Parse(const std::string& line) {
     if (name == model::Name(static_cast<model::Operation>(i))) request.operation = static_cast<model::Operation>(i);
   for (std::string word; words >> word;) {
     const size_t equals = word.find('=');
-    const std::string key = word.substr(0, equals), value = equals == std::string::npos ? word : word.substr(equals + 1);
-    if (key == "lim") request.limid = value;
-    else if (key == "vlan") request.base = static_cast<unsigned>(std::stoul(value));
-    else if (key == "vrf") request.vrf = static_cast<unsigned>(std::stoul(value));
-    else if (key == "mtu") request.mtu = static_cast<unsigned>(std::stoul(value));
-    else if (key == "mac") request.mac = Mac(value);
-    else if (key == "caps" || key == "actions") request.items = List<int>(value);
-    else if (key == "labels") request.labels = List<unsigned>(value);
-    else if (key == "action") request.action = std::stoi(value);
-    else if (word == "notify") request.kind = model::ClientKind::kRecords;
-    else if (word == "empty") request.kind = model::ClientKind::kEmpty;
-    else if (word == "throw") request.kind = model::ClientKind::kThrows;
-    else if (name == "client") request.client = word;
-    else if (name == "install-vrf" || name == "destroy-vrf") request.vrf = static_cast<unsigned>(std::stoul(word));
-    else request.dest = static_cast<unsigned>(std::stoul(word));
+    const std::string key = word.substr(0, equals),
+                      value = equals == std::string::npos ? word : word.substr(equals + 1);
+    if (key == "lim")
+      request.limid = value;
+    else if (key == "vlan")
+      request.base = static_cast<unsigned>(std::stoul(value));
+    else if (key == "vrf")
+      request.vrf = static_cast<unsigned>(std::stoul(value));
+    else if (key == "mtu")
+      request.mtu = static_cast<unsigned>(std::stoul(value));
+    else if (key == "mac")
+      request.mac = Mac(value);
+    else if (key == "caps" || key == "actions")
+      request.items = List<int>(value);
+    else if (key == "labels")
+      request.labels = List<unsigned>(value);
+    else if (key == "action")
+      request.action = std::stoi(value);
+    else if (word == "notify")
+      request.kind = model::ClientKind::kRecords;
+    else if (word == "empty")
+      request.kind = model::ClientKind::kEmpty;
+    else if (word == "throw")
+      request.kind = model::ClientKind::kThrows;
+    else if (name == "client")
+      request.client = word;
+    else if (name == "install-vrf" || name == "destroy-vrf")
+      request.vrf = static_cast<unsigned>(std::stoul(word));
+    else
+      request.dest = static_cast<unsigned>(std::stoul(word));
   }
   return request;
 }

@@ -114,13 +114,16 @@ TEST_P(Faults, OfEveryCallAloneAndInPairsLeadToTheRequiredCallsLogLinesAndRecord
           ++pairs;
         }
     }
-  std::cout << singles << " single faults and " << pairs << " pairs of \"" << faults::kCases[GetParam()].request << "\"\n";
+  std::cout << singles << " single faults and " << pairs << " pairs of \"" << faults::kCases[GetParam()].request
+            << "\"\n";
 }
 
 INSTANTIATE_TEST_SUITE_P(Case, Faults, testing::Range(size_t{0}, faults::kCases.size()), [](const auto& index) {
   std::string name;
   for (const char* c = faults::kCases[index.param].name; *c; ++c)
-    if (std::isalnum(static_cast<unsigned char>(*c))) name += *c;
-    else if (!name.empty() && name.back() != '_' && *c == ' ') name += '_';
+    if (std::isalnum(static_cast<unsigned char>(*c)))
+      name += *c;
+    else if (!name.empty() && name.back() != '_' && *c == ' ')
+      name += '_';
   return name;
 });

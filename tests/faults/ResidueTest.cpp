@@ -76,7 +76,8 @@ const std::vector<Residue> kResidues = {
     {{kVrf1, kVlan}, kSwap, {kCreateEgress}, {}},
     {{kVrf1, kVlan}, kSwapAndPush, {kSetInitiator}, {}},
     {{kVrf1, kVlan}, kSwapAndPush, {kCreateEgress}, {}},
-    // The undo clears the initiator of the interface to leave through, so the tunnel's own goes only with its interface.
+    // The undo clears the initiator of the interface to leave through, so the tunnel's own goes only with its
+    // interface.
     {{kVrf1, kVlan}, kSwapAndPush, {kCreateEgress, kDeleteIntf}, {"initiators", "intfs"}},
 
     {{kVrf1, kVlan, kPush}, kToPush, {kClearInitiator}, {}},

@@ -1,10 +1,9 @@
 #include "Model.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "Signatures.h"
-#include "bcm/error.h"
+#include "Texts.h"
 
 namespace model {
 namespace {
@@ -25,26 +24,18 @@ bool Fails(Failure failure, int64_t result) {
   return false;
 }
 
-std::string Printed(const char* format, unsigned value) {
-  char text[32];
-  std::snprintf(text, sizeof text, format, value);
-  return text;
-}
-
-std::string CapabilityText(int capability) {
-  static const char* const names[] = {"None", "Protection", "Swap", "Forward", "Push", "VCLabel"};
-  return std::string("MPLS Capability(") + (capability < 0 || capability > 5 ? "Unknown" : names[capability]) + ')';
-}
-
 }  // namespace
 
 /// One request's way through the tables.
 class Model::Walk {
  public:
   Walk(Model& model, const Request& request, const Facts& facts, Transcript& transcript, std::deque<Facts>& nested)
-      : model_(model), request_(request), facts_(facts), transcript_(transcript), nested_(nested),
+      : model_(model),
+        request_(request),
+        facts_(facts),
+        transcript_(transcript),
+        nested_(nested),
         slots_(rules_.slots(), 0) {
-    limid_text_ = request.limid;
     Set("unit", facts.unit);
     Set("dest", static_cast<int>(request.dest));
     Set("base-id", static_cast<int>(request.base));
@@ -100,7 +91,9 @@ class Model::Walk {
   int64_t Take(const Step& step) {
     int64_t result = 0;
     switch (step.verb) {
-      case Verb::kLog: transcript_.Expect("log " + std::to_string(Value(step.operands[0])) + ": " + Text(step.text)); break;
+      case Verb::kLog:
+        transcript_.Expect("log " + std::to_string(Value(step.operands[0])) + ": " + Text(step.text));
+        break;
       case Verb::kCall: result = Call(kSignatures[step.subject], step.operands); break;
       case Verb::kSet: return Assign(step);
       case Verb::kAdd: slots_[step.target] += Value(step.operands[0]); break;
@@ -151,9 +144,12 @@ class Model::Walk {
     std::string text = signature.function + std::string("(");
     size_t next = 0;
     for (const char* c = signature.format; *c; ++c) {
-      if (*c != '%') text += *c;
-      else if (*++c == 'r') text += LabelRecords();
-      else text += Argument(*c, Value(operands.at(next++)));
+      if (*c != '%')
+        text += *c;
+      else if (*++c == 'r')
+        text += LabelRecords();
+      else
+        text += *c == 'l' ? (++next, request_.limid) : ArgumentText(*c, Value(operands.at(next++)));
     }
     return transcript_.ResultOf(text + ')', signature.result);
   }
@@ -166,22 +162,6 @@ class Model::Walk {
     }
   }
 
-  std::string Argument(char kind, int64_t value) const {
-    const auto word = static_cast<unsigned>(value);
-    switch (kind) {
-      case 'u': return std::to_string(word);
-      case 'h': return std::to_string(word & 0xFFFF);
-      case 'x': return Printed("0x%x", word);
-      case 'm': return MacText(value);
-      case 'n': return word == 0xFFFFFFFF ? "none" : std::to_string(word);
-      case 'b': return value ? "true" : "false";
-      case 'l': return limid_text_;
-      case 't': return value == 2 ? "lag" : "cpuport";
-      case 's': return value == 230 ? "bcmSwitchL3EgressMode" : "bcmSwitchL3IngressMode";
-      default: return std::to_string(static_cast<int>(value));
-    }
-  }
-
   std::string LabelRecords() {
     std::string text = "[";
     const int64_t count = Slot("count");
@@ -191,8 +171,8 @@ class Model::Walk {
   }
 
   std::string LabelRecord(const char* flags, const char* label, const char* map) {
-    return "{flags=" + Argument('x', Slot(flags)) + ", label=" + Argument('n', Slot(label)) +
-           ", qos_map=" + Argument('d', Slot(map)) + ", exp=0, ttl=255}";
+    return "{flags=" + ArgumentText('x', Slot(flags)) + ", label=" + ArgumentText('n', Slot(label)) +
+           ", qos_map=" + ArgumentText('d', Slot(map)) + ", exp=0, ttl=255}";
   }
 
   std::string Text(const std::vector<Segment>& segments) {
@@ -201,33 +181,21 @@ class Model::Walk {
       text += segment.text;
       if (segment.kind.empty()) continue;
       const int64_t value = Value(segment.what);
-      if (segment.kind == "number") text += std::to_string(static_cast<int>(value));
-      else if (segment.kind == "destination") text += Destination(static_cast<int>(value));
-      else if (segment.kind == "vlan-id") text += Printed("vlan id(%u)", static_cast<unsigned>(value));
-      else if (segment.kind == "intf-id") text += Printed("intf id(%u)", static_cast<unsigned>(value));
-      else if (segment.kind == "capability") text += CapabilityText(static_cast<int>(value));
-      else if (segment.kind == "tunnel-type") text += value == 1 ? "mpls" : "none";
-      else if (segment.kind == "error") text += _shr_errmsg[value >= -18 && value <= 0 ? -value : 19];
-      else if (segment.kind == "limid") text += LimidText();
-      else if (segment.kind == "object") text += object_texts_[segment.what.value];
-      else throw std::logic_error("rules: no such kind of text: " + segment.kind);
+      if (segment.kind == "limid")
+        text += LimidText(Slot("limid.named") ? facts_.limid_name : "", Slot("limid.type"), Slot("limid.index"));
+      else if (segment.kind == "object")
+        text += object_texts_[segment.what.value];
+      else
+        text += ValueText(segment.kind, static_cast<int>(value));
     }
     return text;
-  }
-
-  static std::string Destination(int dest) { return Printed("destination id(%u)", static_cast<unsigned>(dest)); }
-
-  std::string LimidText() {
-    return "lim id(name=" + (Slot("limid.named") ? facts_.limid_name : "") +
-           ", type=" + Printed("0x%02X", static_cast<unsigned>(Slot("limid.type"))) +
-           ", value=" + Printed("0x%06X", static_cast<unsigned>(Slot("limid.index")) & 0xFFFFFF) + ')';
   }
 
   bool Find(int slot, int dest) {
     const auto found = model_.registry_.find(dest);
     slots_[slot] = found != model_.registry_.end();
     if (!slots_[slot]) {
-      transcript_.Expect("log 3: Couldn't find DestinationIdCorrelator with " + Destination(dest));
+      transcript_.Expect("log 3: Couldn't find DestinationIdCorrelator with " + ValueText("destination", dest));
       return false;
     }
     slots_[slot + 1] = found->second.intf;
@@ -240,8 +208,8 @@ class Model::Walk {
     slots_[slot] = known;
     if (const auto fact = facts_.intfs.find(intf); known && fact != facts_.intfs.end()) {
       const IntfFacts& object = fact->second;
-      const int64_t fields[] = {object.id,  static_cast<int>(object.vlan), static_cast<int>(object.vrf),
-                                object.mac, static_cast<int>(object.mtu),  static_cast<int>(object.flags),
+      const int64_t fields[] = {object.id,    static_cast<int>(object.vlan), static_cast<int>(object.vrf),
+                                object.mac,   static_cast<int>(object.mtu),  static_cast<int>(object.flags),
                                 object.tunnel};
       std::copy(std::begin(fields), std::end(fields), slots_.begin() + slot + 1);
       object_texts_[slot] = object.text;
@@ -252,13 +220,13 @@ class Model::Walk {
   void Store(const Step& step) {
     const int dest = Number(step.operands[0]);
     if (!model_.registry_.insert({dest, {Number(step.operands[1]), Number(step.operands[2])}}).second)
-      transcript_.Expect("log 3: Tried to insert DestinationIdCorrelator with " + Destination(dest) +
+      transcript_.Expect("log 3: Tried to insert DestinationIdCorrelator with " + ValueText("destination", dest) +
                          ", but there was already a member with the same identifier.");
   }
 
   void Forget(int dest) {
     if (model_.registry_.erase(dest) == 0)
-      transcript_.Expect("log 3: Couldn't delete DestinationIdCorrelator with " + Destination(dest));
+      transcript_.Expect("log 3: Couldn't delete DestinationIdCorrelator with " + ValueText("destination", dest));
   }
 
   void Notify(int dest, unsigned port) {
@@ -281,7 +249,6 @@ class Model::Walk {
   Transcript& transcript_;
   std::deque<Facts>& nested_;
   std::vector<int64_t> slots_;
-  std::string limid_text_;
   std::map<int, std::string> object_texts_;
 };
 

@@ -30,7 +30,7 @@ struct Facts {
   int unit;
   unsigned limid_type, limid_index;  ///< as the decoders of lim ids write them; 0 and no name when they refuse
   std::string limid_name;
-  std::optional<int> port, lag;      ///< the lim id's entries of the port tables
+  std::optional<int> port, lag;  ///< the lim id's entries of the port tables
   std::map<int, IntfFacts> intfs;
 };
 

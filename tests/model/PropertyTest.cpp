@@ -43,8 +43,8 @@ TEST(ModuleAndModel, AgreeOnEveryCallLogLineResultAndRecordOfRandomRequests) {
     const std::string difference = DifferenceIn(sequence);
     if (difference.empty()) continue;
     const auto shrunk = Shrink(sequence, [](const auto& candidate) { return !DifferenceIn(candidate).empty(); });
-    FAIL() << "seed " << sequence_seed << ", shrunk to this scenario:\n\n" << Scenario(shrunk) << "\nat its request "
-           << DifferenceIn(shrunk);
+    FAIL() << "seed " << sequence_seed << ", shrunk to this scenario:\n\n"
+           << Scenario(shrunk) << "\nat its request " << DifferenceIn(shrunk);
   }
   if (requests >= 60000) {
     EXPECT_EQ(Rules::Get().Unreached(), std::vector<std::string>());

@@ -49,7 +49,8 @@ std::string MacText(int64_t mac) {
   if (mac == kNullMac) return "null";
   char text[32];
   const auto byte = [mac](int i) { return static_cast<unsigned>(mac >> (40 - 8 * i)) & 0xFF; };
-  std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", byte(0), byte(1), byte(2), byte(3), byte(4), byte(5));
+  std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", byte(0), byte(1), byte(2), byte(3), byte(4),
+                byte(5));
   return text;
 }
 
@@ -70,8 +71,8 @@ std::string RequestText(const Request& request) {
     case Operation::kReplaceHost: return dest + base + LimId(request.limid) + mac + Field("actions", request.items);
     case Operation::kInstallMpls:
     case Operation::kReplaceMpls:
-      return dest + base + LimId(request.limid) + mac + Field("labels", request.labels) +
-             Field("caps", request.items) + " action=" + std::to_string(request.action);
+      return dest + base + LimId(request.limid) + mac + Field("labels", request.labels) + Field("caps", request.items) +
+             " action=" + std::to_string(request.action);
     case Operation::kDestroyVlan:
     case Operation::kDestroyHost:
     case Operation::kDestroyMpls: return dest;

@@ -10,10 +10,18 @@ namespace model {
 /// One of the module's public operations, or the registration of an update client. The names are those of the rules'
 /// tables and of the scenario language.
 enum class Operation {
-  kInit, kInstallVrf, kDestroyVrf,
-  kInstallVlan, kReplaceVlan, kDestroyVlan,
-  kInstallHost, kReplaceHost, kDestroyHost,
-  kInstallMpls, kReplaceMpls, kDestroyMpls,
+  kInit,
+  kInstallVrf,
+  kDestroyVrf,
+  kInstallVlan,
+  kReplaceVlan,
+  kDestroyVlan,
+  kInstallHost,
+  kReplaceHost,
+  kDestroyHost,
+  kInstallMpls,
+  kReplaceMpls,
+  kDestroyMpls,
   kRegister,
 };
 constexpr int kOperations = 13;
@@ -45,7 +53,7 @@ struct Request {
   int action = 0;
   std::string client;
   ClientKind kind = ClientKind::kRecords;
-  std::vector<Request> calls;    ///< what a client of kind kCalls asks for, unless it is itself called from a callback
+  std::vector<Request> calls;  ///< what a client of kind kCalls asks for, unless it is itself called from a callback
   std::vector<Fault> faults;
 };
 

@@ -7,8 +7,11 @@
 
 namespace model {
 
-/// What every operation does, as tables of lines; a README beside this file says how to read them.
-extern const char* const kRules;
+/// What every operation does, as tables of lines; README.md says how to read them.
+extern const char* const kVlanRules;
+extern const char* const kHostRules;
+extern const char* const kMplsRules;
+extern const char* const kTunnelRules;
 
 /// A number, or the slot of a variable that holds one.
 struct Operand {
@@ -29,14 +32,29 @@ struct Segment {
   Operand what;
 };
 
-enum class Verb { kLog, kCall, kSet, kAdd, kRun, kEach, kFind, kObject, kStore, kRewrite, kForget, kNotify, kThrow, kEnd };
+enum class Verb {
+  kLog,
+  kCall,
+  kSet,
+  kAdd,
+  kRun,
+  kEach,
+  kFind,
+  kObject,
+  kStore,
+  kRewrite,
+  kForget,
+  kNotify,
+  kThrow,
+  kEnd
+};
 
 struct Step {
   Verb verb;
-  int target = -1;                ///< the slot that gets the result; -1: none
-  int subject = -1;               ///< signature of a call, table of run and each, object or record of a lookup
+  int target = -1;   ///< the slot that gets the result; -1: none
+  int subject = -1;  ///< signature of a call, table of run and each, object or record of a lookup
   std::vector<Operand> operands;
-  std::vector<Segment> text;      ///< of a log line or exception, after its level
+  std::vector<Segment> text;  ///< of a log line or exception, after its level
 };
 
 enum class Failure { kNever, kNegative, kNonzero, kFalse, kMissing };

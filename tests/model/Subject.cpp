@@ -32,8 +32,8 @@ int64_t MacNumber(const MacAddress& mac) {
   return number;
 }
 
-/// Calls and log lines, and of the accesses those whose order is the module's own choice to keep: which manager is asked
-/// for, and what is written on tunnel objects.
+/// Calls and log lines, and of the accesses those whose order is the module's own choice to keep: which manager is
+/// asked for, and what is written on tunnel objects.
 std::vector<std::string> Comparable(const softcard::CallLog& log) {
   std::vector<std::string> lines;
   for (const auto& event : log.events())
@@ -52,7 +52,8 @@ std::set<std::string> Subject::names_;
 
 Subject::Subject(const softcard::CardDescription& description) : model_(names_) {
   HalL3MplsEncapsulationInterface::GetInstance();
-  for (const auto& name : names_) hal_encap::HalL3MplsEncapsulationUpdItf::GetInstance()->RegisterMplsUpdateClient(name, {});
+  for (const auto& name : names_)
+    hal_encap::HalL3MplsEncapsulationUpdItf::GetInstance()->RegisterMplsUpdateClient(name, {});
   Card::Get().Reset(description);
   Card::Get().log().set_recording(softcard::CallLog::Recording::kAll);
 }
@@ -72,8 +73,10 @@ void Subject::Make(const Request& request) {
   card.log().Clear();
   facts_.clear();
   for (const auto& fault : request.faults) {
-    if (fault.function.empty()) card.faults().FailCallNumber(fault.nth, fault.result);
-    else card.faults().FailNth(fault.function, fault.nth, fault.result);
+    if (fault.function.empty())
+      card.faults().FailCallNumber(fault.nth, fault.result);
+    else
+      card.faults().FailNth(fault.function, fault.nth, fault.result);
   }
   try {
     Execute(request);
@@ -162,10 +165,11 @@ Facts Subject::Gather(const Request& request) const {
     const auto record = common.destination_id_correlators.find(static_cast<int>(dest));
     if (record == common.destination_id_correlators.end()) continue;
     IntfObject* object = nullptr;
-    if (!HwEncapsulationResourceManager::GetInstance()->intf_mng()->GetIntfObject(record->second.intf_id, &object)) continue;
-    facts.intfs[record->second.intf_id] = {object->id(),  object->vlan_id(),  object->vrf(),
-                                           MacNumber(object->macsa()), object->mtu(), object->l3_flags(),
-                                           object->tunnel().type(), object->ToString(true)};
+    if (!HwEncapsulationResourceManager::GetInstance()->intf_mng()->GetIntfObject(record->second.intf_id, &object))
+      continue;
+    facts.intfs[record->second.intf_id] = {
+        object->id(),  object->vlan_id(),  object->vrf(),           MacNumber(object->macsa()),
+        object->mtu(), object->l3_flags(), object->tunnel().type(), object->ToString(true)};
   }
   return facts;
 }
@@ -180,7 +184,8 @@ void Subject::CompareRegistry() const {
   const auto text = [](const Registry& registry) {
     std::string all;
     for (const auto& [dest, record] : registry)
-      all += " {" + std::to_string(dest) + ", " + std::to_string(record.intf) + ", " + std::to_string(record.egress) + '}';
+      all +=
+          " {" + std::to_string(dest) + ", " + std::to_string(record.intf) + ", " + std::to_string(record.egress) + '}';
     return all;
   };
   throw Difference("expected registry:" + text(model_.registry()) + "\nfound registry:   " + text(found));

@@ -25,7 +25,8 @@ void ExpectThatRequestsWork() {
   const Request install = faults::Parse("install-vlan 4000 lim=vlan4000 vrf=1000 mtu=1500 mac=00:00:5e:00:01:09");
   model::Call(faults::Parse("install-vrf 1000"));
   EXPECT_EQ(model::Call(install), 0);
-  EXPECT_EQ(model::Call(faults::Parse("install-mpls 4001 vlan=4000 lim=eth9 mac=02:00:00:00:00:09 labels=7,8 caps=4")), 0);
+  EXPECT_EQ(model::Call(faults::Parse("install-mpls 4001 vlan=4000 lim=eth9 mac=02:00:00:00:00:09 labels=7,8 caps=4")),
+            0);
   EXPECT_EQ(model::Call(faults::Parse("destroy-mpls 4001")), 0);
   EXPECT_EQ(model::Call(faults::Parse("destroy-vlan 4000")), 0);
 }

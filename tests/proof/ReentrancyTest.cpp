@@ -33,7 +33,9 @@ class ACallback : public testing::Test {
   Lines Replace() {
     return subject_.Run(faults::Parse("replace-mpls 20 vlan=10 lim=eth2 mac=02:00:00:00:00:01 labels=300 caps=4"));
   }
-  static long Count(const Lines& lines, const std::string& line) { return std::count(lines.begin(), lines.end(), line); }
+  static long Count(const Lines& lines, const std::string& line) {
+    return std::count(lines.begin(), lines.end(), line);
+  }
 
   const Record record_{2, 100001};  ///< what the tunnel's install recorded: interface and egress object
   model::Subject subject_;
@@ -72,8 +74,9 @@ TEST_F(ACallback, MayReplaceItsOwnDestination) {
 }
 
 TEST_F(ACallback, MayInstallOtherDestinations) {
-  subject_.Run(Client("a", ClientKind::kCalls, {"install-host 30 vlan=10 lim=eth4 mac=02:00:00:00:00:04",
-                                                "install-mpls 21 vlan=10 lim=eth5 mac=02:00:00:00:00:05 caps=3"}));
+  subject_.Run(Client("a", ClientKind::kCalls,
+                      {"install-host 30 vlan=10 lim=eth4 mac=02:00:00:00:00:04",
+                       "install-mpls 21 vlan=10 lim=eth5 mac=02:00:00:00:00:05 caps=3"}));
   EXPECT_EQ(Replace().back(), "returns 0");
   EXPECT_EQ(subject_.registry().count(30), 1u);
   EXPECT_EQ(subject_.registry().count(21), 1u);
