@@ -36,8 +36,10 @@ class HalL3MplsEncapsulationPrintable {
 
     // Put together in place: only the string that is returned allocates.
     char text[sizeof("lim id(name=, type=0x00, value=0x000000)") + sizeof(name)];
-    char* end = stpcpy(Write(text, "lim id(name="), name);
-    end = WriteHexDigits(Write(end, ", type=0x"), type, 2);
+    char* end = Write(text, "lim id(name=");
+    const std::size_t length = std::strlen(name);
+    std::memcpy(end, name, length);
+    end = WriteHexDigits(Write(end + length, ", type=0x"), type, 2);
     end = WriteHexDigits(Write(end, ", value=0x"), value, 6);
     return std::string(text, Write(end, ")"));
   }
