@@ -58,7 +58,7 @@ std::vector<Call> Calls(const std::vector<std::string>& transcript) {
 bool Gave(const Call& call, int result) {
   const std::string shown = call.line.substr(call.line.rfind(") = ") + 4);
   if (call.result == Result::kFound) return shown == "false";
-  return static_cast<int>(std::atoll(shown.c_str())) == result;
+  return static_cast<int>(std::strtoll(shown.c_str(), nullptr, 10)) == result;
 }
 
 class Faults : public testing::TestWithParam<size_t> {
@@ -72,7 +72,7 @@ class Faults : public testing::TestWithParam<size_t> {
     try {
       for (const auto* line : tried.before) subject.Run(faults::Parse(line));
       request.faults = planned;
-      const auto transcript = subject.Run(request);
+      auto transcript = subject.Run(request);
       request.faults.clear();
       if (planned.size() < 2) {
         subject.Run(request);

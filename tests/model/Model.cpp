@@ -75,16 +75,14 @@ class Model::Walk {
   int Number(const Operand& operand) const { return static_cast<int>(Value(operand)); }
 
   bool Holds(const std::vector<Condition>& conditions) const {
-    for (const auto& [left, comparison, right] : conditions) {
-      const int64_t a = Value(left), b = Value(right);
-      const bool holds = comparison == "="    ? a == b
-                         : comparison == "!=" ? a != b
-                         : comparison == "<"  ? a < b
-                         : comparison == ">"  ? a > b
-                                              : a >= b;
-      if (!holds) return false;
-    }
-    return true;
+    return std::all_of(conditions.begin(), conditions.end(), [this](const Condition& condition) {
+      const int64_t left = Value(condition.left), right = Value(condition.right);
+      if (condition.comparison == "=") return left == right;
+      if (condition.comparison == "!=") return left != right;
+      if (condition.comparison == "<") return left < right;
+      if (condition.comparison == ">") return left > right;
+      return left >= right;
+    });
   }
 
   /// The result is what the line's failure is judged by.

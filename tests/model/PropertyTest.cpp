@@ -13,7 +13,7 @@ namespace {
 
 long FromEnvironment(const char* name, long otherwise) {
   const char* const text = std::getenv(name);
-  return text ? std::atol(text) : otherwise;
+  return text ? std::strtol(text, nullptr, 10) : otherwise;
 }
 
 constexpr int kLength = 60;

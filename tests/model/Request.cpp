@@ -49,14 +49,14 @@ std::string MacText(int64_t mac) {
   if (mac == kNullMac) return "null";
   char text[32];
   const auto byte = [mac](int i) { return static_cast<unsigned>(mac >> (40 - 8 * i)) & 0xFF; };
-  std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", byte(0), byte(1), byte(2), byte(3), byte(4),
-                byte(5));
+  static_cast<void>(std::snprintf(text, sizeof text, "%02x:%02x:%02x:%02x:%02x:%02x", byte(0), byte(1), byte(2),
+                                  byte(3), byte(4), byte(5)));
   return text;
 }
 
 std::string RequestText(const Request& request) {
-  const std::string name = Name(request.operation);
-  const std::string dest = name + ' ' + std::to_string(request.dest);
+  std::string name = Name(request.operation);
+  std::string dest = name + ' ' + std::to_string(request.dest);
   const std::string base = " vlan=" + std::to_string(request.base);
   const std::string mac = " mac=" + MacText(request.mac);
   switch (request.operation) {

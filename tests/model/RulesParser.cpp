@@ -42,9 +42,9 @@ const Rules& Rules::Get() {
 
 Rules::Rules() {
   for (const auto& object : kObjects)
-    for (const auto& field : kObjectFields) Declare(object + "." + field);
+    for (const auto& field : kObjectFields) Declare(std::string(object).append(".").append(field));
   for (const auto& record : kRecords)
-    for (const auto& field : kRecordFields) Declare(record + "." + field);
+    for (const auto& field : kRecordFields) Declare(std::string(record).append(".").append(field));
 
   const std::string text = std::string(kVlanRules) + kHostRules + kMplsRules + kTunnelRules;
   const auto lines = Split(text, "\n");

@@ -17,6 +17,7 @@ using softcard::EventKind;
 template <typename Enum>
 std::vector<Enum> As(const std::vector<int>& numbers) {
   std::vector<Enum> items;
+  items.reserve(numbers.size());
   for (const int number : numbers) items.push_back(static_cast<Enum>(number));
   return items;
 }

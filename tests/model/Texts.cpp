@@ -11,7 +11,7 @@ namespace {
 
 std::string Printed(const char* format, unsigned value) {
   char text[32];
-  std::snprintf(text, sizeof text, format, value);
+  static_cast<void>(std::snprintf(text, sizeof text, format, value));
   return text;
 }
 

@@ -14,6 +14,7 @@ int main() {
   std::atomic<int> waiting{kThreads};
   std::vector<HalL3MplsEncapsulationUpdItf*> seen(kThreads);
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int i = 0; i < kThreads; ++i)
     threads.emplace_back([&, i] {
       for (--waiting; waiting > 0;) std::this_thread::yield();

@@ -31,7 +31,7 @@ long Make(unsigned long seed) {
 
 TEST(ALongRunOfRandomRequests, LeavesNothingAllocatedOnceTheCardIsEmptied) {
   const char* const text = std::getenv("PROOF_SOAK");
-  const long requests = text ? std::atol(text) : 60000;
+  const long requests = text ? std::strtol(text, nullptr, 10) : 60000;
   const auto start = std::chrono::steady_clock::now();
   long made = Make(1);  // what is made once and kept is made here
   const long live = LiveBlocksWhenIdle();
