@@ -67,6 +67,7 @@ esac
 case "$(field softcard Depends)" in
   *"libhal-switch-l3-mpls-encapsulation-ll-bcm1 (= $version)"*) ;; *) fail "softcard does not depend on the library" ;;
 esac
+must test -s "$work/root/usr/share/doc/softcard/copyright.CLI11"
 readelf --sections "$work/root/usr/lib/$library" | grep -q debug_info && fail "the packaged library is not stripped"
 readelf --dynamic "$work/root/usr/lib/$library" | grep -qE 'RPATH|RUNPATH' && fail "the packaged library names paths"
 consumers_of "$work/root/usr"
