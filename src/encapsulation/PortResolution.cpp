@@ -19,7 +19,7 @@ int FindPort(const std::map<limid_t, int, LimIdLess>& table, const limid_t& limi
 }  // namespace
 
 int HalL3MplsEncapsulationBcm::GetPort(const limid_t& limid) const {
-  HalCallbacksItf::getInstance()->log(kProgress, "Converting %s to port", PrintLimId(limid).c_str());
+  HalCallbacksItf::getInstance()->log(kProgress, "Converting %s to port", LimIdText(limid).c_str());
   if (limid_is_from_type(limid, limid_type_cpuport) != 0 || limid_is_from_type_ethernet(limid) != 0) {
     return FindPort(hal_bcm_common_->port_table, limid);
   }
