@@ -1,4 +1,4 @@
-#include <cstddef>
+#include <optional>
 #include <utility>
 
 #include "../update/HalL3MplsEncapsulationUpd.h"
@@ -49,9 +49,9 @@ int HalL3MplsEncapsulationBcm::InstallMplsUnprotectedOutgoingEncapsulation(
                                         MplsCapabilityText(capability), destination.c_str());
     return -1;
   };
-  for (std::size_t i = 0; i < capabilities.size(); ++i) {
-    const en_HalMplsCapabilities capability = capabilities[i];
-    const auto take_labels = [&] { return i + 1 == capabilities.size() ? std::move(labels) : labels; };
+  // The check has let through a single capability that takes labels.
+  const auto take_labels = [&labels] { return std::move(labels); };
+  for (const en_HalMplsCapabilities capability : capabilities) {
     switch (capability) {
       case HAL_MPLS_CAPABILITY_PROTECTION:
         HalCallbacksItf::getInstance()->log(kNotice, "Protection action is not implemented yet");
@@ -128,21 +128,28 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
   const bool drop = action == HAL_ACTION_DROP;
   const int port = drop ? BCM_E_PORT : resolved_port;
 
+  // A swap replace may delete the destination's interface, which a destination made its own base is read from.
+  std::optional<IntfObject> own_base;
+  if (vlan_intf == mpls_intf) {
+    own_base = *vlan_intf;
+  }
+  IntfObject* const swap_base = own_base ? &*own_base : vlan_intf;
+
   const auto fail = [&destination](en_HalMplsCapabilities capability) {
     HalCallbacksItf::getInstance()->log(kFailure, "Can't update %s encapsulation with %s",
                                         MplsCapabilityText(capability), destination.c_str());
     return -1;
   };
-  for (std::size_t i = 0; i < capabilities.size(); ++i) {
-    const en_HalMplsCapabilities capability = capabilities[i];
-    const auto take_labels = [&] { return i + 1 == capabilities.size() ? std::move(labels) : labels; };
+  // The check has let through a single capability that takes labels.
+  const auto take_labels = [&labels] { return std::move(labels); };
+  for (const en_HalMplsCapabilities capability : capabilities) {
     switch (capability) {
       case HAL_MPLS_CAPABILITY_PROTECTION:
         HalCallbacksItf::getInstance()->log(kNotice, "Protection action is not implemented yet");
         break;
       case HAL_MPLS_CAPABILITY_SWAP:
         // Without an interface there is no old tunnel to start from.
-        if (mpls_intf == nullptr || !ReplaceMplsSwapTunnel(vlan_intf, mpls_intf->tunnel().type(), port, mac,
+        if (mpls_intf == nullptr || !ReplaceMplsSwapTunnel(swap_base, mpls_intf->tunnel().type(), port, mac,
                                                            take_labels(), &intf_id, &egress_id, drop)) {
           return fail(capability);
         }

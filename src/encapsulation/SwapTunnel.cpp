@@ -84,18 +84,11 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
       return false;
     }
     if (!has_tunnel) {
-      // Read before the old interface goes: a destination that was made its own base is built on that very one.
-      const int base_intf_id = intf_object->id();
-      const auto base_vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
       resource_manager_->egress_mng()->DeleteEgress(*egress_id);
       DeleteIntf(*intf_id);
-      *intf_id = base_intf_id;
-      // From here on like an install. It may fail: the old tunnel is gone, and the record takes what was written.
-      HalCallbacksItf::getInstance()->log(kProgress, "Installing tunnel outgoing encapsulation for %s", SwapText());
-      *egress_id = CreateSwapEgress(*intf_id, mac, base_vlan_id, port, label, drop);
-      if (*egress_id < 0) {
-        HalCallbacksItf::getInstance()->log(kFailure, "Error creating an egress for tunnel %s!", SwapText());
-      }
+      *intf_id = intf_object->id();
+      // It may fail: the old tunnel is gone all the same, and the record takes what was written.
+      InstallMplsSwapTunnel(intf_object, port, mac, std::move(labels), intf_id, egress_id, drop);
       return true;
     }
     *intf_id = UpdateTunnelIntf(*intf_id, *intf_object);

@@ -217,7 +217,7 @@ TEST_F(MplsReplaceTest, SwapOutOfATunnelRecordsTheFailureOfItsInnerInstallAndSuc
   EXPECT_EQ(Record(), "destination 9: intf=1 egress=-6\n");
 }
 
-TEST_F(MplsReplaceTest, SwapOutOfATunnelThatIsItsOwnBaseReadsTheBaseBeforeItGoes) {
+TEST_F(MplsReplaceTest, SwapOutOfATunnelThatIsItsOwnBaseIsBuiltOnWhatTheInterfaceWas) {
   Install({16, 300}, {kSwap});
   EXPECT_EQ(Replace({17}, {kSwap}, HAL_ACTION_NONE, "eth3", 9), 0);
   const std::string trace = Trace();
