@@ -67,12 +67,15 @@ TEST_F(UpdateRegistryTest, SecondRegistrationUnderANameReplacesTheFirstAndSaysSo
             (Notices{"log 7: Client a already registered, remove old one!", "log 7: Calling callback for client a."}));
 }
 
-TEST_F(UpdateRegistryTest, ReplacedCallbackIsDestroyedAtOnce) {
-  auto held = std::make_shared<int>(0);
-  registry_.RegisterMplsUpdateClient("a", [held](int, unsigned int) {});
-  EXPECT_EQ(held.use_count(), 2);
+TEST_F(UpdateRegistryTest, ReplacedCallbackIsDestroyedAtOnceAndAfterTheLineThatSaysSo) {
+  const auto notice = [this](const int* held) {
+    delete held;
+    notices_ = Logged();
+  };
+  registry_.RegisterMplsUpdateClient("a", [held = std::shared_ptr<int>(new int, notice)](int, unsigned int) {});
+  EXPECT_EQ(notices_, Notices{});
   registry_.RegisterMplsUpdateClient("a", nullptr);
-  EXPECT_EQ(held.use_count(), 1);
+  EXPECT_EQ(notices_, Notices{"log 7: Client a already registered, remove old one!"});
 }
 
 TEST_F(UpdateRegistryTest, EmptyCallbackStaysAndIsSkippedSilently) {
