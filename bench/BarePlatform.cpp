@@ -2,7 +2,6 @@
 // as it is for measuring, and with BARE_PLATFORM_TRACE to compare what two callers asked of it.
 
 #include <cstdarg>
-#include <cstring>
 
 #include "Trace.h"
 #include "bcm/error.h"
@@ -187,7 +186,11 @@ class DiscardingLog : public HalCallbacksItf {
     TRACE(level, format);
     va_list arguments;
     va_start(arguments, format);
-    for (const char* at = std::strchr(format, '%'); at != nullptr; at = std::strchr(at + 2, '%')) {
+    // Character by character: what the C library's search costs depends on where the linker puts the text.
+    for (const char* at = format; *at != '\0'; ++at) {
+      if (*at != '%') {
+        continue;
+      }
       if (at[1] == 's') {
         text_ = va_arg(arguments, const char*);
         TRACE(text_);
