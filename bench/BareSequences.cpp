@@ -177,32 +177,32 @@ void SetInitiator(en_HalMplsCapabilities capability, const char* capability_text
 }
 
 int CreateIntf(const IntfObject& base) {
+  IntfManager* const intf_mng = resources->intf_mng();
   const unsigned int vrf = base.vrf();
   const unsigned int vlan_id = base.vlan_id();
   MacAddress mac = base.macsa();
   const unsigned int mtu = base.mtu();
-  return resources->intf_mng()->CreateIntf(common->unit, vrf, vlan_id, mac.data(), mtu, 0);
+  return intf_mng->CreateIntf(common->unit, vrf, vlan_id, mac.data(), mtu, 0);
 }
 
 int UpdateIntf(int intf_id, const IntfObject& base) {
+  IntfManager* const intf_mng = resources->intf_mng();
   const unsigned int vrf = base.vrf();
   const unsigned int vlan_id = base.vlan_id();
   MacAddress mac = base.macsa();
   const unsigned int mtu = base.mtu();
-  return resources->intf_mng()->UpdateIntf(intf_id, common->unit, vrf, vlan_id, mac.data(), mtu, 0);
+  return intf_mng->UpdateIntf(intf_id, common->unit, vrf, vlan_id, mac.data(), mtu, 0);
 }
 
 int CreateEgress(int intf_id, unsigned char* mac, const IntfObject& base, unsigned int label, ExpLabelControl control) {
-  const auto vlan_id = static_cast<unsigned short>(base.vlan_id());
-  return resources->egress_mng()->CreateEgress(intf_id, mac, vlan_id, common->unit, kPort, label, false, false,
-                                               control);
+  return resources->egress_mng()->CreateEgress(intf_id, mac, static_cast<unsigned short>(base.vlan_id()), common->unit,
+                                               kPort, label, false, false, control);
 }
 
 void UpdateEgress(int egress_id, int intf_id, unsigned char* mac, const IntfObject& base, unsigned int label,
                   ExpLabelControl control) {
-  const auto vlan_id = static_cast<unsigned short>(base.vlan_id());
-  resources->egress_mng()->UpdateEgress(egress_id, intf_id, mac, vlan_id, common->unit, kPort, label, false, false,
-                                        control);
+  resources->egress_mng()->UpdateEgress(egress_id, intf_id, mac, static_cast<unsigned short>(base.vlan_id()),
+                                        common->unit, kPort, label, false, false, control);
 }
 
 template <int kLabels>
@@ -268,13 +268,21 @@ struct VcLabel {
 
   static void Install(const IntfObject& base, unsigned char* mac, int* intf_id, int* egress_id) {
     Log(7, "Installing tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)", kText, kFirstLabel, 1);
-    *egress_id = CreateEgress(base.id(), mac, base, kFirstLabel, EXP_LABEL_CONTROL_VC);
+    EgressManager* const egress_mng = resources->egress_mng();
+    const int base_intf_id = base.id();
+    const auto vlan_id = static_cast<unsigned short>(base.vlan_id());
+    *egress_id = egress_mng->CreateEgress(base_intf_id, mac, vlan_id, common->unit, kPort, kFirstLabel, false, false,
+                                          EXP_LABEL_CONTROL_VC);
     *intf_id = -1;
   }
 
   static void Replace(const IntfObject& base, unsigned char* mac, int*, int egress_id) {
     Log(7, "Updating tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)", kText, kFirstLabel, 1);
-    UpdateEgress(egress_id, base.id(), mac, base, kFirstLabel, EXP_LABEL_CONTROL_VC);
+    EgressManager* const egress_mng = resources->egress_mng();
+    const int intf_id = base.id();
+    const auto vlan_id = static_cast<unsigned short>(base.vlan_id());
+    egress_mng->UpdateEgress(egress_id, intf_id, mac, vlan_id, common->unit, kPort, kFirstLabel, false, false,
+                             EXP_LABEL_CONTROL_VC);
   }
 };
 

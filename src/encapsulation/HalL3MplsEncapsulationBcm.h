@@ -116,7 +116,7 @@ class HalL3MplsEncapsulationBcm : public HalL3MplsEncapsulationInterface, public
   int UpdateTunnelIntf(int intf_id, const IntfObject& base) const;
   void DeleteIntf(int intf_id) const;
   /// An egress object that swaps `label` in: its id or a negative SDK code.
-  int CreateSwapEgress(int intf_id, unsigned char* mac, unsigned short vlan_id, int port, unsigned int label,
+  int CreateSwapEgress(int intf_id, unsigned char* mac, const IntfObject& base, int port, unsigned int label,
                        bool drop) const;
 
   static HalL3MplsEncapsulationBcm* instance_;

@@ -21,10 +21,10 @@ bool HasTunnelLabel(const std::vector<unsigned int>& labels) { return labels.siz
 
 }  // namespace
 
-int HalL3MplsEncapsulationBcm::CreateSwapEgress(int intf_id, unsigned char* mac, unsigned short vlan_id, int port,
+int HalL3MplsEncapsulationBcm::CreateSwapEgress(int intf_id, unsigned char* mac, const IntfObject& base, int port,
                                                 unsigned int label, bool drop) const {
-  return resource_manager_->egress_mng()->CreateEgress(intf_id, mac, vlan_id, unit(), port, label, false, drop,
-                                                       EXP_LABEL_CONTROL_SWAP);
+  return resource_manager_->egress_mng()->CreateEgress(intf_id, mac, static_cast<unsigned short>(base.vlan_id()),
+                                                       unit(), port, label, false, drop, EXP_LABEL_CONTROL_SWAP);
 }
 
 bool HalL3MplsEncapsulationBcm::InstallMplsSwapTunnel(IntfObject* intf_object, int port, unsigned char* mac,
@@ -46,7 +46,7 @@ bool HalL3MplsEncapsulationBcm::InstallMplsSwapTunnel(IntfObject* intf_object, i
     }
   }
 
-  *egress_id = CreateSwapEgress(*intf_id, mac, static_cast<unsigned short>(intf_object->vlan_id()), port, label, drop);
+  *egress_id = CreateSwapEgress(*intf_id, mac, *intf_object, port, label, drop);
   if (*egress_id < 0) {
     if (has_tunnel) {
       // The initiator of the interface to leave through, not of the one made above: this is meant.
@@ -69,9 +69,9 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
   const unsigned int label = SwappedLabel(labels);
   const bool has_tunnel = HasTunnelLabel(labels);
   const auto update_egress = [&] {
-    const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
-    if (resource_manager_->egress_mng()->UpdateEgress(*egress_id, *intf_id, mac, vlan_id, unit(), port, label, false,
-                                                      drop, EXP_LABEL_CONTROL_SWAP) < 0) {
+    if (resource_manager_->egress_mng()->UpdateEgress(*egress_id, *intf_id, mac,
+                                                      static_cast<unsigned short>(intf_object->vlan_id()), unit(), port,
+                                                      label, false, drop, EXP_LABEL_CONTROL_SWAP) < 0) {
       HalCallbacksItf::getInstance()->log(kFailure, "Error updating an egress for tunnel %s!", SwapText());
       return false;
     }
@@ -126,7 +126,7 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
   }
   // Label 0 is not updated in place: the egress object is made anew.
   resource_manager_->egress_mng()->DeleteEgress(*egress_id);
-  *egress_id = CreateSwapEgress(*intf_id, mac, static_cast<unsigned short>(intf_object->vlan_id()), port, label, drop);
+  *egress_id = CreateSwapEgress(*intf_id, mac, *intf_object, port, label, drop);
   if (*egress_id < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Error creating an egress for tunnel %s!", SwapText());
     return false;

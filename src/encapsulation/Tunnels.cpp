@@ -7,23 +7,25 @@
 #include "hal/HalCallbacksItf.h"
 #include "hal/IntfManager.h"
 
-// The base interface's values are read one by one, before the call that takes them: left to the call, their order
-// would be the compiler's choice.
+// The base interface's values are read one by one, between the manager and the call that takes them: left to the call,
+// their order would be the compiler's choice.
 
 int HalL3MplsEncapsulationBcm::CreateTunnelIntf(const IntfObject& base) const {
+  IntfManager* const intf_mng = resource_manager_->intf_mng();
   const unsigned int vrf = base.vrf();
   const unsigned int vlan_id = base.vlan_id();
   MacAddress mac = base.macsa();
   const unsigned int mtu = base.mtu();
-  return resource_manager_->intf_mng()->CreateIntf(unit(), vrf, vlan_id, mac.data(), mtu, 0);
+  return intf_mng->CreateIntf(unit(), vrf, vlan_id, mac.data(), mtu, 0);
 }
 
 int HalL3MplsEncapsulationBcm::UpdateTunnelIntf(int intf_id, const IntfObject& base) const {
+  IntfManager* const intf_mng = resource_manager_->intf_mng();
   const unsigned int vrf = base.vrf();
   const unsigned int vlan_id = base.vlan_id();
   MacAddress mac = base.macsa();
   const unsigned int mtu = base.mtu();
-  return resource_manager_->intf_mng()->UpdateIntf(intf_id, unit(), vrf, vlan_id, mac.data(), mtu, 0);
+  return intf_mng->UpdateIntf(intf_id, unit(), vrf, vlan_id, mac.data(), mtu, 0);
 }
 
 void HalL3MplsEncapsulationBcm::DeleteIntf(int intf_id) const {
@@ -42,10 +44,10 @@ bool HalL3MplsEncapsulationBcm::InstallMplsVCTunnel(IntfObject* intf_object, int
                                       "Installing tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)",
                                       capability, label, static_cast<int>(labels.size()));
 
+  EgressManager* const egress_mng = resource_manager_->egress_mng();
   const int intf_id = intf_object->id();
   const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
-  *egress_id = resource_manager_->egress_mng()->CreateEgress(intf_id, mac, vlan_id, unit(), port, label, false, drop,
-                                                             EXP_LABEL_CONTROL_VC);
+  *egress_id = egress_mng->CreateEgress(intf_id, mac, vlan_id, unit(), port, label, false, drop, EXP_LABEL_CONTROL_VC);
   if (*egress_id < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Error creating an egress for tunnel %s!", capability);
     return false;
@@ -65,10 +67,11 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsVCTunnel(IntfObject* intf_object, int
                                       "Updating tunnel outgoing encapsulation for %s: %d (Total labels informed: %d)",
                                       capability, label, static_cast<int>(labels.size()));
 
+  EgressManager* const egress_mng = resource_manager_->egress_mng();
   const int intf_id = intf_object->id();
   const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
-  if (resource_manager_->egress_mng()->UpdateEgress(*egress_id, intf_id, mac, vlan_id, unit(), port, label, false, drop,
-                                                    EXP_LABEL_CONTROL_VC) < 0) {
+  if (egress_mng->UpdateEgress(*egress_id, intf_id, mac, vlan_id, unit(), port, label, false, drop,
+                               EXP_LABEL_CONTROL_VC) < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Error updating an egress for tunnel %s!", capability);
     return false;
   }
@@ -93,9 +96,9 @@ bool HalL3MplsEncapsulationBcm::InstallMplsForwardPushTunnel(en_HalMplsCapabilit
     return false;
   }
 
-  const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
-  *egress_id = resource_manager_->egress_mng()->CreateEgress(*intf_id, mac, vlan_id, unit(), port, kNoLabel, false,
-                                                             drop, EXP_LABEL_CONTROL_NONE);
+  *egress_id =
+      resource_manager_->egress_mng()->CreateEgress(*intf_id, mac, static_cast<unsigned short>(intf_object->vlan_id()),
+                                                    unit(), port, kNoLabel, false, drop, EXP_LABEL_CONTROL_NONE);
   if (*egress_id < 0) {
     ClearMplsTunnelInitiator(*intf_id);
     DeleteIntf(*intf_id);
@@ -129,9 +132,9 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsForwardPushTunnel(en_HalMplsCapabilit
 
   // 0, where the install passes no label: this is meant.
   constexpr unsigned int kReplaceLabel = 0;
-  const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
-  if (resource_manager_->egress_mng()->UpdateEgress(*egress_id, *intf_id, mac, vlan_id, unit(), port, kReplaceLabel,
-                                                    false, drop, EXP_LABEL_CONTROL_NONE) < 0) {
+  if (resource_manager_->egress_mng()->UpdateEgress(*egress_id, *intf_id, mac,
+                                                    static_cast<unsigned short>(intf_object->vlan_id()), unit(), port,
+                                                    kReplaceLabel, false, drop, EXP_LABEL_CONTROL_NONE) < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Error updating an egress for tunnel %s!",
                                         MplsCapabilityText(capability));
     return false;
