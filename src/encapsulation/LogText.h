@@ -56,13 +56,12 @@ class LimIdText {
     unsigned int value = 0;
     limid_to_ifindex(limid, &value);
     char* const name = Write(text_, "lim id(name=");
-    std::memset(name, 0, kNameSize);
     limid_to_intfname(limid, name, kNameSize);
 
     char* end = name + std::strlen(name);
     end = WriteHexDigits(Write(end, ", type=0x"), type, 2);
     end = WriteHexDigits(Write(end, ", value=0x"), value, 6);
-    std::memcpy(end, ")", 2);
+    *end = ')';
   }
 
   const char* c_str() const { return text_; }
@@ -76,7 +75,7 @@ class LimIdText {
     return text + N - 1;
   }
 
-  char text_[sizeof("lim id(name=, type=0x00, value=0x000000)") + kNameSize];
+  char text_[sizeof("lim id(name=, type=0x00, value=0x000000)") + kNameSize] = {};
 };
 
 /// "MPLS Capability(Push)"; values that are no enumerator are Unknown.
