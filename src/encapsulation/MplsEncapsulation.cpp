@@ -128,7 +128,8 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
   const bool drop = action == HAL_ACTION_DROP;
   const int port = drop ? BCM_E_PORT : resolved_port;
 
-  // A swap replace may delete the destination's interface, which a destination made its own base is read from.
+  // A swap replace may delete the destination's interface: a destination that was made its own base is read from a
+  // copy.
   std::optional<IntfObject> own_base;
   if (vlan_intf == mpls_intf) {
     own_base = *vlan_intf;
