@@ -3,10 +3,10 @@
 
 #include <cstdarg>
 
-#include "Trace.h"
 #include "bcm/error.h"
 #include "bcm/mpls.h"
 #include "bcm/switch.h"
+#include "bench/Trace.h"
 #include "hal/EgressManager.h"
 #include "hal/HalBcmCommon.h"
 #include "hal/HalCallbacksItf.h"

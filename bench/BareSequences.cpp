@@ -1,9 +1,9 @@
-#include "BareSequences.h"
+#include "bench/BareSequences.h"
 
 #include <string>
 
-#include "Values.h"
 #include "bcm/mpls.h"
+#include "bench/Values.h"
 #include "hal/EgressManager.h"
 #include "hal/HalBcmCommon.h"
 #include "hal/HalCallbacksItf.h"

@@ -8,9 +8,9 @@
 #include <iostream>
 #include <string>
 
-#include "Allocations.h"
-#include "InstructionMeter.h"
-#include "Requests.h"
+#include "bench/Allocations.h"
+#include "bench/InstructionMeter.h"
+#include "bench/Requests.h"
 
 namespace {
 

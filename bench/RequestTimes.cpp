@@ -8,7 +8,7 @@
 #include <random>
 #include <string>
 
-#include "Requests.h"
+#include "bench/Requests.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Requests.h"
+#include "bench/Requests.h"
 
 #include <algorithm>
 #include <numeric>

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "BareSequences.h"
-#include "Values.h"
+#include "bench/BareSequences.h"
+#include "bench/Values.h"
 #include "hal/TunnelObject.h"
 
 enum class Step { kInstall, kReplace, kDestroy };

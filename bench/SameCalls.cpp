@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "Requests.h"
-#include "Trace.h"
+#include "bench/Requests.h"
+#include "bench/Trace.h"
 
 namespace {
 

@@ -39,7 +39,7 @@ if(HAL_PLATFORM STREQUAL "softcard")
     INCLUDES DESTINATION ${package_include_dir})
   set_target_properties(softcard PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS softcard RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT softcard)
-  install(DIRECTORY softcard DESTINATION ${package_include_dir} COMPONENT softcard FILES_MATCHING PATTERN *.h)
+  install(DIRECTORY calls softcard DESTINATION ${package_include_dir} COMPONENT softcard FILES_MATCHING PATTERN *.h)
   install(DIRECTORY scenarios/ DESTINATION ${CMAKE_INSTALL_DATADIR}/softcard/scenarios COMPONENT softcard)
   # The command contains this library.
   install(FILES /usr/share/doc/libcli11-dev/copyright RENAME copyright.CLI11

@@ -8,8 +8,8 @@
 #include <memory>
 #include <optional>
 
-#include "Runner.h"
-#include "ScenarioParser.h"
+#include "scenario/Runner.h"
+#include "scenario/ScenarioParser.h"
 
 namespace {
 
@@ -36,13 +36,13 @@ std::optional<std::string> ReadFile(const std::string& path) {
 }
 
 /// The scenario, or nothing when it is unusable, with the reasons on standard error.
-std::optional<console::Scenario> Load(const std::string& path) {
+std::optional<scenario::Scenario> Load(const std::string& path) {
   const auto text = ReadFile(path);
   if (!text) return std::nullopt;
   const std::string name = path == "-" ? "standard input" : path;
-  console::ParsedScenario parsed = console::ParseScenario(name, *text);
+  scenario::ParsedScenario parsed = scenario::ParseScenario(name, *text);
   if (parsed.complaints.empty()) return std::move(parsed.scenario);
-  for (const console::Complaint& complaint : parsed.complaints) std::cerr << complaint.Text(name);
+  for (const scenario::Complaint& complaint : parsed.complaints) std::cerr << complaint.Text(name);
   std::cerr << "softcard: " << name << " is unusable; nothing of it was run\n";
   return std::nullopt;
 }
@@ -97,11 +97,13 @@ int main(int argc, char** argv) try {
     std::cout << scenario->file << " is usable\n";
     return kAllHold;
   }
-  console::RunOptions options;
-  options.detail = quiet ? console::Detail::kFailures : summary ? console::Detail::kRequests : console::Detail::kCalls;
+  scenario::RunOptions options;
+  options.detail = quiet     ? scenario::Detail::kFailures
+                   : summary ? scenario::Detail::kRequests
+                             : scenario::Detail::kCalls;
   options.accesses = all_calls;
   options.colour = WantsColour(colour);
-  const console::Tally tally = console::Run(*scenario, options, std::cout);
+  const scenario::Tally tally = scenario::Run(*scenario, options, std::cout);
   if (!std::cout.flush()) {
     std::cerr << "softcard: cannot write all of the output; is there room where it goes?\n";
     return kUnusable;

@@ -1,4 +1,4 @@
-#include "CallLog.h"
+#include "softcard/CallLog.h"
 
 #include <utility>
 

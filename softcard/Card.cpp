@@ -1,8 +1,8 @@
-#include "Card.h"
+#include "softcard/Card.h"
 
 #include <stdexcept>
 
-#include "Funnel.h"
+#include "softcard/Funnel.h"
 
 namespace softcard {
 namespace {

@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "CallLog.h"
-#include "CardDescription.h"
-#include "FaultPlan.h"
-#include "Tables.h"
 #include "hal/HalBcmCommon.h"
 #include "hal/limid.h"
+#include "softcard/CallLog.h"
+#include "softcard/CardDescription.h"
+#include "softcard/FaultPlan.h"
+#include "softcard/Tables.h"
 
 namespace softcard {
 

@@ -1,4 +1,4 @@
-#include "FaultPlan.h"
+#include "softcard/FaultPlan.h"
 
 #include <stdexcept>
 #include <utility>

@@ -6,9 +6,9 @@
 #include <tuple>
 #include <type_traits>
 
-#include "Card.h"
-#include "Text.h"
 #include "bcm/error.h"
+#include "calls/Text.h"
+#include "softcard/Card.h"
 
 /// Every platform function goes through here: consult the fault plan, do it on the tables, write the call log.
 namespace softcard {

@@ -1,8 +1,8 @@
-#include "LimId.h"
+#include "softcard/LimId.h"
 
 #include <charconv>
 
-#include "Card.h"
+#include "softcard/Card.h"
 
 namespace softcard {
 

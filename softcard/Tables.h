@@ -1,14 +1,14 @@
 #ifndef SOFTCARD_TABLES_H
 #define SOFTCARD_TABLES_H
 
-#include "CardDescription.h"
-#include "tables/ChipControls.h"
-#include "tables/EgressTable.h"
-#include "tables/InitiatorTable.h"
-#include "tables/IntfTable.h"
-#include "tables/Ports.h"
-#include "tables/StationTable.h"
-#include "tables/VrfTables.h"
+#include "softcard/CardDescription.h"
+#include "softcard/tables/ChipControls.h"
+#include "softcard/tables/EgressTable.h"
+#include "softcard/tables/InitiatorTable.h"
+#include "softcard/tables/IntfTable.h"
+#include "softcard/tables/Ports.h"
+#include "softcard/tables/StationTable.h"
+#include "softcard/tables/VrfTables.h"
 
 namespace softcard {
 

@@ -1,6 +1,6 @@
 #include "bcm/mpls.h"
 
-#include "Funnel.h"
+#include "softcard/Funnel.h"
 
 using namespace softcard;
 

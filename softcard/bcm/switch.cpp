@@ -1,6 +1,6 @@
 #include "bcm/switch.h"
 
-#include "Funnel.h"
+#include "softcard/Funnel.h"
 
 using namespace softcard;
 

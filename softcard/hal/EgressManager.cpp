@@ -1,6 +1,6 @@
 #include "hal/EgressManager.h"
 
-#include "Funnel.h"
+#include "softcard/Funnel.h"
 
 using namespace softcard;
 

@@ -4,7 +4,7 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include "Funnel.h"
+#include "softcard/Funnel.h"
 
 using namespace softcard;
 

@@ -1,10 +1,10 @@
 #include "hal/HwEncapsulationResourceManager.h"
 
-#include "Funnel.h"
 #include "hal/EgressManager.h"
 #include "hal/IngressManager.h"
 #include "hal/IntfManager.h"
 #include "hal/MyStationManager.h"
+#include "softcard/Funnel.h"
 
 using namespace softcard;
 

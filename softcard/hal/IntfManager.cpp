@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Funnel.h"
+#include "softcard/Funnel.h"
 
 using namespace softcard;
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "Funnel.h"
-#include "LimId.h"
+#include "softcard/Funnel.h"
+#include "softcard/LimId.h"
 
 using namespace softcard;
 

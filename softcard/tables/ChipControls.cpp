@@ -1,6 +1,6 @@
-#include "ChipControls.h"
+#include "softcard/tables/ChipControls.h"
 
-#include "Text.h"
+#include "calls/Text.h"
 
 namespace softcard {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "KeyTable.h"
 #include "bcm/switch.h"
+#include "softcard/tables/KeyTable.h"
 
 namespace softcard {
 

@@ -1,8 +1,8 @@
-#include "EgressTable.h"
+#include "softcard/tables/EgressTable.h"
 
 #include <algorithm>
 
-#include "Text.h"
+#include "calls/Text.h"
 
 namespace softcard {
 namespace {

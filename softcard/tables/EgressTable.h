@@ -4,12 +4,12 @@
 #include <string>
 #include <vector>
 
-#include "../Limits.h"
-#include "IdTable.h"
-#include "IntfTable.h"
-#include "Ports.h"
 #include "hal/EgressManager.h"
 #include "hal/IntfObject.h"
+#include "softcard/Limits.h"
+#include "softcard/tables/IdTable.h"
+#include "softcard/tables/IntfTable.h"
+#include "softcard/tables/Ports.h"
 
 namespace softcard {
 

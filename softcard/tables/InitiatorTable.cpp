@@ -1,9 +1,9 @@
-#include "InitiatorTable.h"
+#include "softcard/tables/InitiatorTable.h"
 
 #include <algorithm>
 
-#include "Limits.h"
-#include "Text.h"
+#include "calls/Text.h"
+#include "softcard/Limits.h"
 
 namespace softcard {
 

@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "IntfTable.h"
-#include "KeyTable.h"
 #include "bcm/mpls.h"
+#include "softcard/tables/IntfTable.h"
+#include "softcard/tables/KeyTable.h"
 
 namespace softcard {
 

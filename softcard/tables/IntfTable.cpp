@@ -1,7 +1,7 @@
-#include "IntfTable.h"
+#include "softcard/tables/IntfTable.h"
 
-#include "Funnel.h"
-#include "Limits.h"
+#include "softcard/Funnel.h"
+#include "softcard/Limits.h"
 
 namespace softcard {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "IdTable.h"
 #include "hal/IntfObject.h"
+#include "softcard/tables/IdTable.h"
 
 namespace softcard {
 

@@ -1,9 +1,9 @@
-#include "Ports.h"
+#include "softcard/tables/Ports.h"
 
 #include <algorithm>
 
-#include "LimId.h"
-#include "Text.h"
+#include "calls/Text.h"
+#include "softcard/LimId.h"
 
 namespace softcard {
 

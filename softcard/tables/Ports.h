@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "../CardDescription.h"
 #include "hal/HalBcmCommon.h"
+#include "softcard/CardDescription.h"
 
 namespace softcard {
 

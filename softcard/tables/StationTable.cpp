@@ -1,8 +1,8 @@
-#include "StationTable.h"
+#include "softcard/tables/StationTable.h"
 
 #include <algorithm>
 
-#include "Text.h"
+#include "calls/Text.h"
 
 namespace softcard {
 namespace {

@@ -1,6 +1,6 @@
-#include "VrfTables.h"
+#include "softcard/tables/VrfTables.h"
 
-#include "Text.h"
+#include "calls/Text.h"
 
 namespace softcard {
 

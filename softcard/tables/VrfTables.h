@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "KeyTable.h"
+#include "softcard/tables/KeyTable.h"
 
 namespace softcard {
 

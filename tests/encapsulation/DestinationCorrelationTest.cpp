@@ -1,5 +1,5 @@
-#include "../../src/encapsulation/HalL3MplsEncapsulationBcm.h"
-#include "ModuleTest.h"
+#include "src/encapsulation/HalL3MplsEncapsulationBcm.h"
+#include "tests/encapsulation/ModuleTest.h"
 
 // The registry's operations are private: an explicit instantiation may name them, and hands them out through a friend.
 

@@ -1,4 +1,4 @@
-#include "ModuleTest.h"
+#include "tests/encapsulation/ModuleTest.h"
 
 namespace {
 

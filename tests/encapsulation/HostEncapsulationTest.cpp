@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "ModuleTest.h"
+#include "tests/encapsulation/ModuleTest.h"
 
 namespace {
 

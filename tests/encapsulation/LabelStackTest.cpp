@@ -1,7 +1,7 @@
 #include <cstdio>
 
-#include "../../src/encapsulation/HalL3MplsEncapsulationBcm.h"
-#include "ModuleTest.h"
+#include "src/encapsulation/HalL3MplsEncapsulationBcm.h"
+#include "tests/encapsulation/ModuleTest.h"
 
 namespace {
 

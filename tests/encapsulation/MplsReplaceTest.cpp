@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "HalL3MplsEncapsulationUpdItf.h"
-#include "ModuleTest.h"
+#include "tests/encapsulation/ModuleTest.h"
 
 namespace {
 

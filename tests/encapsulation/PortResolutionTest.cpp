@@ -1,8 +1,8 @@
 #include <stdexcept>
 
-#include "../../src/encapsulation/HalL3MplsEncapsulationBcm.h"
-#include "ModuleTest.h"
 #include "hal/HalBcmCommon.h"
+#include "src/encapsulation/HalL3MplsEncapsulationBcm.h"
+#include "tests/encapsulation/ModuleTest.h"
 
 namespace {
 

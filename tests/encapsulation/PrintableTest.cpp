@@ -1,9 +1,9 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "../../src/encapsulation/HalL3MplsEncapsulationBcm.h"
-#include "../../src/encapsulation/HalL3MplsEncapsulationPrintable.h"
-#include "ModuleTest.h"
+#include "src/encapsulation/HalL3MplsEncapsulationBcm.h"
+#include "src/encapsulation/HalL3MplsEncapsulationPrintable.h"
+#include "tests/encapsulation/ModuleTest.h"
 
 namespace {
 

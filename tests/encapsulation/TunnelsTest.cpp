@@ -1,7 +1,7 @@
-#include "../../src/encapsulation/HalL3MplsEncapsulationBcm.h"
-#include "ModuleTest.h"
 #include "hal/EgressManager.h"
 #include "hal/IntfManager.h"
+#include "src/encapsulation/HalL3MplsEncapsulationBcm.h"
+#include "tests/encapsulation/ModuleTest.h"
 
 namespace {
 

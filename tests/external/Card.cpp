@@ -1,4 +1,4 @@
-#include "Card.h"
+#include "tests/external/Card.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -1,9 +1,9 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
-#include "Card.h"
 #include "HalL3MplsEncapsulationInterface.h"
 #include "hal/HalBcmCommon.h"
+#include "tests/external/Card.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "Cases.h"
+#include "tests/faults/Cases.h"
 
 #include <algorithm>
 #include <cstdlib>

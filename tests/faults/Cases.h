@@ -3,7 +3,7 @@
 
 #include <vector>
 
-#include "Request.h"
+#include "tests/model/Request.h"
 
 namespace faults {
 

@@ -5,9 +5,9 @@
 #include <iostream>
 #include <map>
 
-#include "Cases.h"
-#include "Signatures.h"
-#include "Subject.h"
+#include "tests/faults/Cases.h"
+#include "tests/model/Signatures.h"
+#include "tests/model/Subject.h"
 
 using faults::Case;
 using model::Fault;

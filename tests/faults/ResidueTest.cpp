@@ -2,8 +2,8 @@
 
 #include <map>
 
-#include "Cases.h"
-#include "Subject.h"
+#include "tests/faults/Cases.h"
+#include "tests/model/Subject.h"
 
 using Names = std::vector<std::string>;
 

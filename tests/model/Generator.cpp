@@ -1,9 +1,9 @@
-#include "Generator.h"
+#include "tests/model/Generator.h"
 
 #include <algorithm>
 #include <string>
 
-#include "Signatures.h"
+#include "tests/model/Signatures.h"
 
 namespace model {
 

@@ -5,7 +5,7 @@
 #include <random>
 #include <vector>
 
-#include "Request.h"
+#include "tests/model/Request.h"
 
 namespace model {
 

@@ -1,9 +1,9 @@
-#include "Model.h"
+#include "tests/model/Model.h"
 
 #include <algorithm>
 
-#include "Signatures.h"
-#include "Texts.h"
+#include "tests/model/Signatures.h"
+#include "tests/model/Texts.h"
 
 namespace model {
 namespace {

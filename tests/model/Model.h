@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "Request.h"
-#include "Rules.h"
-#include "Signatures.h"
+#include "tests/model/Request.h"
+#include "tests/model/Rules.h"
+#include "tests/model/Signatures.h"
 
 namespace model {
 

@@ -1,4 +1,4 @@
-#include "Rules.h"
+#include "tests/model/Rules.h"
 
 namespace model {
 

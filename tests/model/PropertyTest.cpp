@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "Generator.h"
-#include "Subject.h"
+#include "tests/model/Generator.h"
+#include "tests/model/Subject.h"
 
 using namespace model;
 

@@ -1,4 +1,4 @@
-#include "Request.h"
+#include "tests/model/Request.h"
 
 #include <cstdio>
 

@@ -2,8 +2,8 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "Rules.h"
-#include "Signatures.h"
+#include "tests/model/Rules.h"
+#include "tests/model/Signatures.h"
 
 namespace model {
 namespace {

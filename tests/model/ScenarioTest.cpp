@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include "Generator.h"
-#include "Performer.h"
-#include "ScenarioParser.h"
-#include "Subject.h"
+#include "scenario/Performer.h"
+#include "scenario/ScenarioParser.h"
+#include "tests/model/Generator.h"
+#include "tests/model/Subject.h"
 
 using namespace model;
 
@@ -29,28 +29,28 @@ std::vector<std::string> OnTheModule(const std::vector<Request>& requests) {
 
 /// Does what a scenario's statement says; expectations and shows are not among what a generator prints.
 struct Doer {
-  console::Performer performer;
+  scenario::Performer performer;
   std::vector<std::string> lines;
 
-  void operator()(const console::Request& request) { Take(performer.Perform(request)); }
-  void operator()(const console::Client& client) { Take(performer.Perform(client)); }
-  void operator()(const console::Fault& fault) {
+  void operator()(const scenario::Request& request) { Take(performer.Perform(request)); }
+  void operator()(const scenario::Client& client) { Take(performer.Perform(client)); }
+  void operator()(const scenario::Fault& fault) {
     softcard::Card::Get().faults().FailNth(fault.function, fault.number, fault.result);
   }
-  void operator()(const console::ClearFaults&) { softcard::Card::Get().faults().Clear(); }
+  void operator()(const scenario::ClearFaults&) { softcard::Card::Get().faults().Clear(); }
   template <typename Other>
   void operator()(const Other&) {
     ADD_FAILURE() << "a statement that is no request";
   }
 
-  void Take(const console::Record& record) {
+  void Take(const scenario::Record& record) {
     for (const auto& line : record.trace)
-      if (line.kind == console::TraceLine::Kind::kCall || line.kind == console::TraceLine::Kind::kLog)
+      if (line.kind == scenario::TraceLine::Kind::kCall || line.kind == scenario::TraceLine::Kind::kLog)
         lines.push_back(line.text);
   }
 };
 
-std::vector<std::string> OnTheConsole(const console::Scenario& scenario) {
+std::vector<std::string> OnTheConsole(const scenario::Scenario& scenario) {
   const Subject silence_earlier_clients;
   softcard::Card::Get().log().set_recording(softcard::CallLog::Recording::kCalls);
   Doer doer;
@@ -63,7 +63,7 @@ std::vector<std::string> OnTheConsole(const console::Scenario& scenario) {
 TEST(AScenarioPrintedForRandomRequests, MakesTheSameCallsAndLogLinesInTheConsole) {
   for (unsigned long seed = 1; seed <= 50; ++seed) {
     const auto requests = Generator(seed).Sequence(30);
-    const auto parsed = console::ParseScenario("printed", Scenario(requests));
+    const auto parsed = scenario::ParseScenario("printed", Scenario(requests));
     ASSERT_TRUE(parsed.complaints.empty()) << parsed.complaints[0].Text("printed");
     OnTheModule(requests);  // makes the clients known: a name that is new logs less
     const auto lines = OnTheModule(requests);

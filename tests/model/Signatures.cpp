@@ -1,4 +1,4 @@
-#include "Signatures.h"
+#include "tests/model/Signatures.h"
 
 #include <stdexcept>
 

@@ -1,4 +1,4 @@
-#include "Subject.h"
+#include "tests/model/Subject.h"
 
 #include "HalL3MplsEncapsulationInterface.h"
 #include "HalL3MplsEncapsulationUpdItf.h"

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Model.h"
 #include "softcard/Card.h"
+#include "tests/model/Model.h"
 
 namespace model {
 

@@ -1,10 +1,10 @@
-#include "Texts.h"
+#include "tests/model/Texts.h"
 
 #include <cstdio>
 #include <stdexcept>
 
-#include "Request.h"
 #include "bcm/error.h"
+#include "tests/model/Request.h"
 
 namespace model {
 namespace {

@@ -1,6 +1,6 @@
 #include <cstdlib>
 
-#include "Model.h"
+#include "tests/model/Model.h"
 
 namespace model {
 

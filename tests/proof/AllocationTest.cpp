@@ -3,10 +3,10 @@
 #include <iostream>
 #include <new>
 
-#include "Cases.h"
-#include "Idle.h"
-#include "Subject.h"
 #include "hal/HalBcmCommon.h"
+#include "tests/faults/Cases.h"
+#include "tests/model/Subject.h"
+#include "tests/proof/Idle.h"
 
 using model::Request;
 using softcard::Card;

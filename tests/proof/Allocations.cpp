@@ -1,4 +1,4 @@
-#include "Allocations.h"
+#include "tests/proof/Allocations.h"
 
 #include <cstdlib>
 #include <new>

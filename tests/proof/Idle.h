@@ -1,8 +1,8 @@
 #ifndef TESTS_PROOF_IDLE_H
 #define TESTS_PROOF_IDLE_H
 
-#include "Allocations.h"
-#include "Subject.h"
+#include "tests/model/Subject.h"
+#include "tests/proof/Allocations.h"
 
 /// The blocks that stay allocated when the card is empty and every update client is silent.
 inline long LiveBlocksWhenIdle() {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "Cases.h"
-#include "Subject.h"
+#include "tests/faults/Cases.h"
+#include "tests/model/Subject.h"
 
 using model::ClientKind;
 using model::Record;

@@ -4,10 +4,10 @@
 #include <cstdlib>
 #include <iostream>
 
-#include "Generator.h"
-#include "Idle.h"
-#include "Subject.h"
 #include "hal/HalBcmCommon.h"
+#include "tests/model/Generator.h"
+#include "tests/model/Subject.h"
+#include "tests/proof/Idle.h"
 
 namespace {
 

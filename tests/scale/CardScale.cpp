@@ -14,7 +14,7 @@
 
 #include "HalL3MplsEncapsulationInterface.h"
 #include "softcard/Card.h"
-#include "softcard/Forwarding.h"
+#include "softcard/packets/Forwarding.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "OnCard.h"
 #include "bcm/mpls.h"
 #include "bcm/switch.h"
 #include "hal/HalCallbacksItf.h"
 #include "hal/fm.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "OnCard.h"
 #include "bcm/switch.h"
 #include "hal/fm.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <stdexcept>
 
-#include "OnCard.h"
 #include "bcm/mpls.h"
 #include "hal/fm.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

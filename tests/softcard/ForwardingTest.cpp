@@ -1,6 +1,6 @@
-#include "OnCard.h"
 #include "bcm/mpls.h"
-#include "softcard/Forwarding.h"
+#include "softcard/packets/Forwarding.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
-#include "OnCard.h"
 #include "bcm/mpls.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

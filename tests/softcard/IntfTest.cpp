@@ -1,4 +1,4 @@
-#include "OnCard.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

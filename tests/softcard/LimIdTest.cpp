@@ -1,7 +1,7 @@
 #include <cstring>
 
-#include "OnCard.h"
 #include "hal/limid.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include <set>
 
-#include "OnCard.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

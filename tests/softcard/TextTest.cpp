@@ -1,8 +1,8 @@
 #include <limits>
 #include <set>
 
-#include "OnCard.h"
-#include "softcard/Text.h"
+#include "calls/Text.h"
+#include "tests/softcard/OnCard.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "../../src/update/HalL3MplsEncapsulationUpd.h"
 #include "softcard/Card.h"
+#include "src/update/HalL3MplsEncapsulationUpd.h"
 
 namespace {
 

@@ -1,0 +1,19 @@
+#ifndef SCENARIO_SUGGESTION_H
+#define SCENARIO_SUGGESTION_H
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace scenario {
+
+/// `; did you mean "install-vlan"?` for the candidate that is nearest to `word`, or, when none is near,
+/// `; it is one of a, b, c`.
+std::string Suggest(std::string_view word, const std::vector<std::string>& candidates);
+
+/// In quotes, with bytes that would not print as \xNN.
+std::string Quoted(std::string_view text);
+
+}  // namespace scenario
+
+#endif

@@ -1,0 +1,236 @@
+#include "scenario/Values.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+#include "scenario/Suggestion.h"
+#include "scenario/SyntaxError.h"
+#include "softcard/Card.h"
+
+namespace scenario {
+namespace {
+
+const Names kStatuses = {
+    {"BCM_E_NONE", 0},
+    {"BCM_E_INTERNAL", -1},
+    {"BCM_E_MEMORY", -2},
+    {"BCM_E_UNIT", -3},
+    {"BCM_E_PARAM", -4},
+    {"BCM_E_EMPTY", -5},
+    {"BCM_E_FULL", -6},
+    {"BCM_E_NOT_FOUND", -7},
+    {"BCM_E_EXISTS", -8},
+    {"BCM_E_TIMEOUT", -9},
+    {"BCM_E_BUSY", -10},
+    {"BCM_E_FAIL", -11},
+    {"BCM_E_DISABLED", -12},
+    {"BCM_E_BADID", -13},
+    {"BCM_E_RESOURCE", -14},
+    {"BCM_E_CONFIG", -15},
+    {"BCM_E_UNAVAIL", -16},
+    {"BCM_E_INIT", -17},
+    {"BCM_E_PORT", -18},
+    {"false", 0},
+    {"true", 1},
+};
+
+const std::vector<std::string> kFunctionsWithResult = {
+    "fm_init",
+    "fm_local_slot",
+    "vlan_proto_ctrl_enable",
+    "vlan_proto_ctrl_disable",
+    "bcm_switch_control_set",
+    "bcm_mpls_tunnel_initiator_set",
+    "bcm_mpls_tunnel_initiator_clear",
+    "limid_to_type",
+    "limid_to_ifindex",
+    "limid_to_intfname",
+    "limid_is_from_type",
+    "limid_is_from_type_ethernet",
+    "limid_to_l3_vlan_vlanid",
+    "HalBcmCommon::GetMplsExpMapId",
+    "IngressManager::CreateIngress",
+    "IngressManager::DeleteIngress",
+    "IngressManager::AssociateVlanToVrf",
+    "IngressManager::DissociateVlanfromVrf",
+    "MyStationManager::InsertMyStationVlanEntry",
+    "MyStationManager::UpdateMyStationVlanEntry",
+    "MyStationManager::RemoveMyStationVlanEntry",
+    "IntfManager::CreateIntf",
+    "IntfManager::UpdateIntf",
+    "IntfManager::DeleteIntf",
+    "IntfManager::GetIntfObject",
+    "EgressManager::CreateEgress",
+    "EgressManager::UpdateEgress",
+    "EgressManager::DeleteEgress",
+};
+
+const std::vector<std::string> kFunctionsWithoutResult = {
+    "fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_enable",
+    "fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_disable",
+    "bcm_mpls_egress_label_t_init",
+    "TunnelObject::set_ttl",
+    "TunnelObject::set_type",
+    "TunnelObject::set_mpls_capability",
+};
+
+template <typename T>
+constexpr long long Lowest() {
+  return std::numeric_limits<T>::lowest();
+}
+template <typename T>
+constexpr long long Highest() {
+  return std::numeric_limits<T>::max();
+}
+
+std::vector<std::string> NamesOf(const Names& names) {
+  std::vector<std::string> result;
+  for (const auto& name : names) result.push_back(name.first);
+  return result;
+}
+
+/// The number that all of `text` spells; what is wrong with it otherwise.
+std::errc Read(std::string_view text, long long& number) {
+  const bool hexadecimal = text.substr(0, 2) == "0x";
+  if (hexadecimal) text.remove_prefix(2);
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, number, hexadecimal ? 16 : 10);
+  return stop == end ? error : std::errc::invalid_argument;
+}
+
+const std::string& OneOf(const std::vector<std::string>& known, const Token& word, const std::string& what) {
+  const auto found = std::find(known.begin(), known.end(), word.text);
+  if (found == known.end()) {
+    throw SyntaxError{word.offset, "unknown " + what + " " + Quoted(word.text) + Suggest(word.text, known)};
+  }
+  return *found;
+}
+
+bool StartsWith(std::string_view text, std::string_view start) { return text.substr(0, start.size()) == start; }
+
+/// Which ports of this kind the card has, when `name` is of the kind and beyond them.
+void CheckPort(const Token& word, std::string_view kind, unsigned count) {
+  long long index = 0;
+  if (!StartsWith(word.text, kind) || Read(std::string_view(word.text).substr(kind.size()), index) != std::errc{})
+    return;
+  if (index >= 1 && index <= count) return;
+  const std::string name(kind);
+  throw SyntaxError{word.offset, "the card has no " + word.text + "; it has " +
+                                     (count == 0 ? "none" : name + "1 ... " + name + std::to_string(count)) +
+                                     ", and \"absent:" + word.text + "\" asks for the port all the same"};
+}
+
+/// "vlan99999999" is a lim id in all but its number.
+void CheckIndex(const Token& word, const std::string& name) {
+  constexpr long long kHighest = 0xFFFFFF;
+  for (const std::string_view kind : {"eth", "lag", "vlan"}) {
+    long long index = 0;
+    if (!StartsWith(name, kind)) continue;
+    const std::errc error = Read(std::string_view(name).substr(kind.size()), index);
+    if (error == std::errc::invalid_argument || (error == std::errc{} && index <= kHighest)) continue;
+    throw SyntaxError{word.offset, name + " does not fit; the number of a lim id is 0 ... " + std::to_string(kHighest)};
+  }
+}
+
+/// "eth7" for "eht7".
+std::string SuggestPort(const std::string& name) {
+  const std::string number = name.substr(std::min(name.find_first_of("0123456789"), name.size()));
+  const std::string suggestion = Suggest(name, {"eth" + number, "lag" + number, "vlan" + number, "cpu"});
+  const bool near = !number.empty() && suggestion.find('?') != std::string::npos;
+  return near ? suggestion : "; a lim id is ethN, lagN, vlanN, cpu or the word itself, such as 0x05000001";
+}
+
+}  // namespace
+
+const Names kVlanCapabilities = {{"none", 0}, {"station-flag", 1}};
+const Names kMplsCapabilities = {{"none", 0}, {"protection", 1}, {"swap", 2}, {"forward", 3}, {"push", 4}, {"vc", 5}};
+const Names kActions = {{"none", 0}, {"drop", 1}, {"cpu", 2}};
+
+long long ToNumber(const Token& word, const std::string& what, long long low, long long high, const Names& names) {
+  for (const auto& [name, value] : names) {
+    if (name == word.text) return value;
+  }
+  long long number = 0;
+  const std::errc error = Read(word.text, number);
+  if (error == std::errc::invalid_argument) {
+    throw SyntaxError{word.offset, Quoted(word.text) + " is no " + what +
+                                       (names.empty() ? "; it is a number" : Suggest(word.text, NamesOf(names)))};
+  }
+  if (error != std::errc{} || number < low || number > high) {
+    throw SyntaxError{word.offset, word.text + " does not fit; " + what + " is " + std::to_string(low) + " ... " +
+                                       std::to_string(high)};
+  }
+  return number;
+}
+
+unsigned ToUnsigned(const Token& word, const std::string& what) {
+  return static_cast<unsigned>(ToNumber(word, what, Lowest<unsigned>(), Highest<unsigned>()));
+}
+
+int ToInt(const Token& word, const std::string& what, const Names& names) {
+  return static_cast<int>(ToNumber(word, what, Lowest<int>(), Highest<int>(), names));
+}
+
+std::optional<std::array<unsigned char, 6>> ToMac(const Token& word) {
+  if (word.text == "null") return std::nullopt;
+  const std::size_t plus = word.text.find('+');
+  const std::string_view bytes = std::string_view(word.text).substr(0, plus);
+  unsigned long long address = 0;
+  unsigned count = 0;
+  for (std::size_t begin = 0; begin <= bytes.size(); ++count) {
+    const std::size_t end = std::min(bytes.find(':', begin), bytes.size());
+    unsigned byte = 0;
+    const auto [stop, error] = std::from_chars(bytes.data() + begin, bytes.data() + end, byte, 16);
+    if (error != std::errc{} || stop != bytes.data() + end || end - begin > 2) {
+      throw SyntaxError{word.offset + begin,
+                        Quoted(bytes.substr(begin, end - begin)) +
+                            " is no byte of a MAC address; one looks like 00:00:5e:00:01:01, or null"};
+    }
+    address = address << 8 | byte;
+    begin = end + 1;
+  }
+  if (count != 6) {
+    throw SyntaxError{word.offset, "this MAC address has " + std::to_string(count) + (count == 1 ? " byte" : " bytes") +
+                                       "; one has six, such as 00:00:5e:00:01:01"};
+  }
+  if (plus != std::string::npos) {
+    address += ToUnsigned({word.text.substr(plus + 1), word.offset + plus + 1}, "offset of a MAC address");
+  }
+  std::array<unsigned char, 6> mac{};
+  for (unsigned i = 0; i < 6; ++i) mac[i] = static_cast<unsigned char>(address >> (40 - 8 * i));
+  return mac;
+}
+
+limid_t ToLimId(const Token& word, const softcard::CardDescription& card) {
+  constexpr std::string_view kAbsent = "absent:";
+  if (StartsWith(word.text, "0x")) return {ToUnsigned(word, "lim id")};
+  const bool absent = StartsWith(word.text, kAbsent);
+  const std::string name = absent ? word.text.substr(kAbsent.size()) : word.text;
+  const limid_t limid = softcard::Card::LimId(name);
+  if (limid.word == 0) {
+    CheckIndex(word, name);
+    throw SyntaxError{word.offset, "unknown port " + Quoted(name) + SuggestPort(name)};
+  }
+  if (!absent) {
+    CheckPort(word, "eth", card.front_ports);
+    CheckPort(word, "lag", card.lags);
+  }
+  return limid;
+}
+
+int ToStatus(const Token& word, const std::string& what) { return ToInt(word, what, kStatuses); }
+
+std::string ToFunction(const Token& word) {
+  std::vector<std::string> all = kFunctionsWithResult;
+  all.insert(all.end(), kFunctionsWithoutResult.begin(), kFunctionsWithoutResult.end());
+  return OneOf(all, word, "platform function");
+}
+
+std::string ToFunctionWithResult(const Token& word) {
+  return OneOf(kFunctionsWithResult, word, "platform function with a result");
+}
+
+std::string ToTable(const Token& word) { return OneOf(softcard::Card::TableNames(), word, "table"); }
+
+}  // namespace scenario

@@ -1,0 +1,46 @@
+#ifndef SCENARIO_VALUES_H
+#define SCENARIO_VALUES_H
+
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "hal/limid.h"
+#include "scenario/Tokens.h"
+#include "softcard/CardDescription.h"
+
+/// What a scenario's words mean. Every function throws SyntaxError for a word that has no meaning here.
+namespace scenario {
+
+using Names = std::vector<std::pair<std::string, long long>>;
+
+/// Decimal or 0x hexadecimal, or one of `names`, between `low` and `high`. `what` says in messages what the number is.
+long long ToNumber(const Token& word, const std::string& what, long long low, long long high, const Names& names = {});
+unsigned ToUnsigned(const Token& word, const std::string& what);
+int ToInt(const Token& word, const std::string& what, const Names& names = {});
+
+/// "00:00:5e:00:01:01", also with an offset, "00:00:5e:00:01:00+17"; nothing for "null".
+std::optional<std::array<unsigned char, 6>> ToMac(const Token& word);
+
+/// "eth1", "lag2", "cpu", "vlan100"; "absent:eth99" for a port that the card does not have; "0x05000001" for the lim id
+/// with this word.
+limid_t ToLimId(const Token& word, const softcard::CardDescription& card);
+
+/// A status by name, such as BCM_E_FULL, or by number.
+int ToStatus(const Token& word, const std::string& what);
+
+/// A platform function by the name that the call log gives it; one with a result that a fault can replace.
+std::string ToFunction(const Token& word);
+std::string ToFunctionWithResult(const Token& word);
+
+/// A table of the card.
+std::string ToTable(const Token& word);
+
+extern const Names kVlanCapabilities;
+extern const Names kMplsCapabilities;
+extern const Names kActions;
+
+}  // namespace scenario
+
+#endif
