@@ -12,7 +12,7 @@ namespace {
 using Kind = Expectation::Kind;
 using Lines = std::vector<std::string>;
 
-Lines Rows(const std::string& table) { return softcard::Card::Get().Rows(table); }
+Lines Rows(const std::string& table) { return softcard::Texts(softcard::Card::Get().Rows(table)); }
 
 Lines TraceOf(const Record& record) {
   Lines lines;

@@ -11,7 +11,8 @@ namespace {
 std::map<std::string, std::string> RowsByName(const std::vector<std::string>& tables) {
   std::map<std::string, std::string> rows;
   for (const std::string& table : tables) {
-    for (const std::string& row : softcard::Card::Get().Rows(table)) rows.emplace(row.substr(0, row.find(':')), row);
+    for (const std::string& row : softcard::Texts(softcard::Card::Get().Rows(table)))
+      rows.emplace(row.substr(0, row.find(':')), row);
   }
   return rows;
 }
@@ -29,7 +30,7 @@ std::string Field(const std::string& row, const std::string& key) {
 std::vector<Holding> Holdings() {
   const auto rows = RowsByName({"intfs", "egresses", "initiators", "stations", "associations", "protocol"});
   std::vector<Holding> holdings;
-  for (const std::string& destination : softcard::Card::Get().Rows("destinations")) {
+  for (const std::string& destination : softcard::Texts(softcard::Card::Get().Rows("destinations"))) {
     Holding holding{destination, {}};
     const auto add = [&](const std::string& name) {
       const auto row = rows.find(name);

@@ -50,13 +50,10 @@ int Call(const Request& r) {
   return 0;
 }
 
-TraceLine::Kind KindOf(softcard::EventKind kind) {
-  switch (kind) {
-    case softcard::EventKind::kCall: return TraceLine::Kind::kCall;
-    case softcard::EventKind::kAccess: return TraceLine::Kind::kAccess;
-    case softcard::EventKind::kLog: break;
-  }
-  return TraceLine::Kind::kLog;
+TraceLine::Kind KindOf(const calls::Event& event) {
+  const auto* call = std::get_if<calls::Call>(&event);
+  if (!call) return TraceLine::Kind::kLog;
+  return call->function->purpose == calls::Purpose::kCall ? TraceLine::Kind::kCall : TraceLine::Kind::kAccess;
 }
 
 void RegisterCallback(const std::string& name, std::function<void(int, unsigned)> callback) {
@@ -150,8 +147,9 @@ void Performer::Note(const std::string& text) {
 
 void Performer::CollectEvents() {
   softcard::CallLog& log = softcard::Card::Get().log();
-  for (const softcard::Event& event : log.events()) record_.trace.push_back({KindOf(event.kind), event.text, depth_});
-  log.Clear();
+  for (const calls::Event& event : log.Take()) {
+    record_.trace.push_back({KindOf(event), calls::UnmarkedText(event, softcard::kLimIdNames), depth_});
+  }
 }
 
 }  // namespace scenario

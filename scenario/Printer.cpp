@@ -94,7 +94,7 @@ void Printer::Shown(const std::string& table) {
       for (const std::string& row : holding.rows) lines.push_back("  " + row);
     }
   } else {
-    lines = softcard::Card::Get().Rows(table);
+    lines = softcard::Texts(softcard::Card::Get().Rows(table));
   }
   out_ << Paint(kCyan, "  " + table) << (lines.empty() ? ": none" : ":") << '\n';
   for (const std::string& line : lines) out_ << "    " << line << '\n';

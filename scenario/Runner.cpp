@@ -25,7 +25,6 @@ class Runner {
     if (!StartsItself()) {
       Request start;
       start.operation = Operation::kStart;
-      RecordCalls(nullptr);
       last_ = performer_.Perform(start);
       printer_.Started(last_);
     }
@@ -53,35 +52,8 @@ class Runner {
   template <typename Action>
   void Perform(const Action& action) {
     ++tally_.requests;
-    RecordCalls(statement_);
     last_ = performer_.Perform(action);
     printer_.Requested(statement_->text, last_);
-  }
-
-  /// Records the calls of a request, nullptr being the start, if they are printed or asked about: most of the time
-  /// of a long and quiet scenario would be theirs.
-  void RecordCalls(const Statement* request) {
-    using Recording = softcard::CallLog::Recording;
-    const bool wanted = options_.detail == Detail::kCalls || AskedAbout(request);
-    card_.log().set_recording(!wanted ? Recording::kNothing : options_.accesses ? Recording::kAll : Recording::kCalls);
-  }
-
-  bool AskedAbout(const Statement* request) const {
-    const Statement* const end = scenario_.statements.data() + scenario_.statements.size();
-    const Statement* const next = request == nullptr ? scenario_.statements.data() : request + 1;
-    for (const Statement* statement = next; statement != end; ++statement) {
-      const auto* expectation = std::get_if<Expectation>(&statement->action);
-      using Kind = Expectation::Kind;
-      if (expectation != nullptr &&
-          (expectation->kind == Kind::kLog || expectation->kind == Kind::kCall || expectation->kind == Kind::kTrace)) {
-        return true;
-      }
-      if (std::holds_alternative<Request>(statement->action) || std::holds_alternative<Client>(statement->action) ||
-          std::holds_alternative<Send>(statement->action)) {
-        return false;
-      }
-    }
-    return false;
   }
 
   void Do(const Fault& fault) {
@@ -125,6 +97,8 @@ class Runner {
   const Scenario& scenario_;
   const RunOptions options_;
   softcard::Card& card_ = softcard::Card::Get();
+  const softcard::Record record_{
+      card_.log(), options_.accesses ? softcard::CallLog::Recording::kAll : softcard::CallLog::Recording::kCalls};
   Performer performer_;
   Printer printer_;
   Tally tally_;

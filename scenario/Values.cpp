@@ -35,45 +35,16 @@ const Names kStatuses = {
     {"true", 1},
 };
 
-const std::vector<std::string> kFunctionsWithResult = {
-    "fm_init",
-    "fm_local_slot",
-    "vlan_proto_ctrl_enable",
-    "vlan_proto_ctrl_disable",
-    "bcm_switch_control_set",
-    "bcm_mpls_tunnel_initiator_set",
-    "bcm_mpls_tunnel_initiator_clear",
-    "limid_to_type",
-    "limid_to_ifindex",
-    "limid_to_intfname",
-    "limid_is_from_type",
-    "limid_is_from_type_ethernet",
-    "limid_to_l3_vlan_vlanid",
-    "HalBcmCommon::GetMplsExpMapId",
-    "IngressManager::CreateIngress",
-    "IngressManager::DeleteIngress",
-    "IngressManager::AssociateVlanToVrf",
-    "IngressManager::DissociateVlanfromVrf",
-    "MyStationManager::InsertMyStationVlanEntry",
-    "MyStationManager::UpdateMyStationVlanEntry",
-    "MyStationManager::RemoveMyStationVlanEntry",
-    "IntfManager::CreateIntf",
-    "IntfManager::UpdateIntf",
-    "IntfManager::DeleteIntf",
-    "IntfManager::GetIntfObject",
-    "EgressManager::CreateEgress",
-    "EgressManager::UpdateEgress",
-    "EgressManager::DeleteEgress",
-};
-
-const std::vector<std::string> kFunctionsWithoutResult = {
-    "fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_enable",
-    "fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_disable",
-    "bcm_mpls_egress_label_t_init",
-    "TunnelObject::set_ttl",
-    "TunnelObject::set_type",
-    "TunnelObject::set_mpls_capability",
-};
+/// The names of the functions that program or ask the card; of those alone whose result a fault can replace.
+std::vector<std::string> FunctionNames(bool refusable) {
+  std::vector<std::string> names;
+  for (const calls::Function& function : calls::kFunctions) {
+    if (function.purpose == calls::Purpose::kCall && (!refusable || function.can_be_refused())) {
+      names.emplace_back(function.name);
+    }
+  }
+  return names;
+}
 
 template <typename T>
 constexpr long long Lowest() {
@@ -99,7 +70,7 @@ std::errc Read(std::string_view text, long long& number) {
   return stop == end ? error : std::errc::invalid_argument;
 }
 
-const std::string& OneOf(const std::vector<std::string>& known, const Token& word, const std::string& what) {
+std::string OneOf(const std::vector<std::string>& known, const Token& word, const std::string& what) {
   const auto found = std::find(known.begin(), known.end(), word.text);
   if (found == known.end()) {
     throw SyntaxError{word.offset, "unknown " + what + " " + Quoted(word.text) + Suggest(word.text, known)};
@@ -207,8 +178,8 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card) {
   if (StartsWith(word.text, "0x")) return {ToUnsigned(word, "lim id")};
   const bool absent = StartsWith(word.text, kAbsent);
   const std::string name = absent ? word.text.substr(kAbsent.size()) : word.text;
-  const limid_t limid = softcard::Card::LimId(name);
-  if (limid.word == 0) {
+  const std::optional<limid_t> limid = softcard::ReadLimId(name);
+  if (!limid) {
     CheckIndex(word, name);
     throw SyntaxError{word.offset, "unknown port " + Quoted(name) + SuggestPort(name)};
   }
@@ -216,19 +187,15 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card) {
     CheckPort(word, "eth", card.front_ports);
     CheckPort(word, "lag", card.lags);
   }
-  return limid;
+  return *limid;
 }
 
 int ToStatus(const Token& word, const std::string& what) { return ToInt(word, what, kStatuses); }
 
-std::string ToFunction(const Token& word) {
-  std::vector<std::string> all = kFunctionsWithResult;
-  all.insert(all.end(), kFunctionsWithoutResult.begin(), kFunctionsWithoutResult.end());
-  return OneOf(all, word, "platform function");
-}
+std::string ToFunction(const Token& word) { return OneOf(FunctionNames(false), word, "platform function"); }
 
 std::string ToFunctionWithResult(const Token& word) {
-  return OneOf(kFunctionsWithResult, word, "platform function with a result");
+  return OneOf(FunctionNames(true), word, "platform function with a result");
 }
 
 std::string ToTable(const Token& word) { return OneOf(softcard::Card::TableNames(), word, "table"); }

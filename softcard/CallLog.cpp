@@ -2,20 +2,16 @@
 
 #include <utility>
 
+#include "softcard/LimId.h"
+
 namespace softcard {
 
-bool CallLog::Records(EventKind kind) const {
-  return recording_ == Recording::kAll || (recording_ == Recording::kCalls && kind != EventKind::kAccess);
-}
-
-void CallLog::Add(EventKind kind, std::string text) {
-  if (Records(kind)) events_.push_back({kind, std::move(text)});
-}
+std::vector<calls::Event> CallLog::Take() { return std::exchange(events_, {}); }
 
 std::vector<std::string> CallLog::Lines() const {
   std::vector<std::string> lines;
   lines.reserve(events_.size());
-  for (const Event& event : events_) lines.push_back(event.text);
+  for (const calls::Event& event : events_) lines.push_back(calls::UnmarkedText(event, kLimIdNames));
   return lines;
 }
 

@@ -4,24 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "calls/Event.h"
+
 namespace softcard {
-
-/// What an event of the call log is.
-enum class EventKind {
-  kCall,    ///< a call that programs or asks the card: bcm_*, fm_*, the managers' operations, limid_*, the EXP map id
-  kAccess,  ///< a look at what is there already: singletons, manager getters, members of interface and tunnel objects
-  kLog,     ///< a line of the log
-};
-
-/// One line of text each, the same for tests, console and recordings:
-///
-///     IntfManager::CreateIntf(unit=0, vrf=1, vlan=100, mac=00:00:5e:00:01:01, mtu=1500, flags=0x0) = 1
-///     IntfManager::CreateIntf(unit=0, vrf=1, vlan=100, mac=null, mtu=1500, flags=0x0) = -4 (Invalid parameter)
-///     log 7: Installing outgoing encapsulation for VLAN destination id(10)
-struct Event {
-  EventKind kind;
-  std::string text;
-};
 
 /// Every platform call with its arguments and its result, and every log line, in order.
 class CallLog {
@@ -32,18 +17,38 @@ class CallLog {
     kAll,      ///< accesses too
   };
 
-  void set_recording(Recording recording) { recording_ = recording; }
-  bool Records(EventKind kind) const;
-  void Add(EventKind kind, std::string text);
+  Recording recording() const { return recording_; }
+  bool Records(calls::Purpose purpose) const {
+    return recording_ == Recording::kAll || (recording_ == Recording::kCalls && purpose == calls::Purpose::kCall);
+  }
+  bool RecordsLogLines() const { return recording_ != Recording::kNothing; }
+  void Add(calls::Event event) { events_.push_back(std::move(event)); }
 
-  const std::vector<Event>& events() const { return events_; }
-  /// The events' texts.
+  const std::vector<calls::Event>& events() const { return events_; }
+  /// Hands the events out and is empty afterwards.
+  std::vector<calls::Event> Take();
+  /// The events' texts, with the card's names for lim ids and without marks: what the module saw.
   std::vector<std::string> Lines() const;
   void Clear() { events_.clear(); }
 
  private:
+  friend class Record;
+
   Recording recording_ = Recording::kCalls;
-  std::vector<Event> events_;
+  std::vector<calls::Event> events_;
+};
+
+/// While one lives, the log records so much; then again as before.
+class Record {
+ public:
+  Record(CallLog& log, CallLog::Recording recording) : log_(log), outer_(log.recording_) { log.recording_ = recording; }
+  ~Record() { log_.recording_ = outer_; }
+  Record(const Record&) = delete;
+  Record& operator=(const Record&) = delete;
+
+ private:
+  CallLog& log_;
+  const CallLog::Recording outer_;
 };
 
 }  // namespace softcard

@@ -1,44 +1,72 @@
 #include "softcard/Card.h"
 
 #include <stdexcept>
-
-#include "softcard/Funnel.h"
+#include <string>
+#include <type_traits>
+#include <utility>
 
 namespace softcard {
 namespace {
 
-std::vector<std::string> DestinationRows(const HalBcmCommon& common) {
-  std::vector<std::string> lines;
-  for (const auto& row : common.destination_id_correlators) {
-    const DestinationIdCorrelator& record = row.second;
+const TableDescription kDestinations = {"destinations",
+                                        "destination",
+                                        Origin::kMadeByRequests,
+                                        {"id", calls::Kind::kNumber},
+                                        {{"intf", calls::Kind::kNumber}, {"egress", calls::Kind::kNumber}}};
+
+std::vector<Row> DestinationRows(const HalBcmCommon& common) {
+  std::vector<Row> rows;
+  for (const auto& [id, record] : common.destination_id_correlators) {
     // Callers know the id as unsigned.
-    lines.push_back("destination " + Text(static_cast<unsigned>(row.first)) + ": " +
-                    Fields(" ", "intf", record.intf_id, "egress", record.egress_id));
+    rows.push_back({&kDestinations,
+                    calls::ToValue(static_cast<unsigned>(id)),
+                    {calls::ToValue(record.intf_id), calls::ToValue(record.egress_id)}});
   }
-  return lines;
+  return rows;
 }
 
+/// A table of the card as everybody sees it.
 struct ShownTable {
-  const char* name;
-  std::vector<std::string> (*rows)(const Card& card);
+  const TableDescription* description;
+  std::vector<Row> (*rows)(const Card& card);
+  std::size_t (*count)(const Card& card);
 };
+
+template <auto kTable>
+ShownTable Shown() {
+  using Table = std::remove_reference_t<decltype(std::declval<Tables&>().*kTable)>;
+  return {&Table::kDescription, [](const Card& card) { return (card.tables().*kTable).Rows(); },
+          [](const Card& card) { return (card.tables().*kTable).rows().size(); }};
+}
+
 const ShownTable kShownTables[] = {
-    {"intfs", [](const Card& card) { return card.tables().intfs.Rows(); }},
-    {"egresses", [](const Card& card) { return card.tables().egresses.Rows(); }},
-    {"initiators", [](const Card& card) { return card.tables().initiators.Rows(); }},
-    {"stations", [](const Card& card) { return card.tables().stations.Rows(); }},
-    {"associations", [](const Card& card) { return card.tables().associations.Rows(); }},
-    {"vrfs", [](const Card& card) { return card.tables().vrfs.Rows(); }},
-    {"protocol", [](const Card& card) { return card.tables().protocol.Rows(); }},
-    {"switch", [](const Card& card) { return card.tables().switch_controls.Rows(); }},
-    {"ports", [](const Card& card) { return card.tables().ports.PortRows(); }},
-    {"lags", [](const Card& card) { return card.tables().ports.LagRows(); }},
-    {"destinations", [](const Card& card) { return DestinationRows(card.common()); }},
+    Shown<&Tables::intfs>(),
+    {&EgressTable::kDescription, [](const Card& card) { return card.tables().egresses.Rows(card.tables().ports); },
+     [](const Card& card) { return card.tables().egresses.rows().size(); }},
+    Shown<&Tables::initiators>(),
+    Shown<&Tables::stations>(),
+    Shown<&Tables::associations>(),
+    Shown<&Tables::vrfs>(),
+    Shown<&Tables::protocol>(),
+    Shown<&Tables::switch_controls>(),
+    {&Ports::kPortDescription, [](const Card& card) { return card.tables().ports.PortRows(); },
+     [](const Card& card) { return card.tables().ports.port_count(); }},
+    {&Ports::kLagDescription, [](const Card& card) { return card.tables().ports.LagRows(); },
+     [](const Card& card) { return card.tables().ports.lag_count(); }},
+    {&kDestinations, [](const Card& card) { return DestinationRows(card.common()); },
+     [](const Card& card) { return card.common().destination_id_correlators.size(); }},
 };
+
+const ShownTable& FindTable(std::string_view name) {
+  std::string names;
+  for (const ShownTable& table : kShownTables) {
+    if (name == table.description->name) return table;
+    names += std::string(" ") + table.description->name;
+  }
+  throw std::invalid_argument("there is no table \"" + std::string(name) + "\"; the tables are:" + names);
+}
 
 }  // namespace
-
-bool Unseen::active_ = false;
 
 Card& Card::Get() {
   // Never destroyed: modules keep pointers into it until the process is gone.
@@ -49,30 +77,28 @@ Card& Card::Get() {
 void Card::Reset(const CardDescription& description) {
   description_ = description;
   log_.Clear();
-  faults_.Clear();
-  tables_.emplace(description_);
+  faults_ = {};
+  tables_ = Tables(description_);
   for (const auto& row : common_.destination_id_correlators) delete &row.second;
   common_.destination_id_correlators.clear();
   common_.unit = description_.unit;
-  tables_->ports.Fill(&common_);
+  tables_.ports.Fill(&common_);
 }
 
-const std::vector<std::string>& Card::TableNames() {
-  static const std::vector<std::string> names = [] {
-    std::vector<std::string> all;
-    for (const ShownTable& table : kShownTables) all.push_back(table.name);
-    return all;
-  }();
+std::vector<const TableDescription*> Card::TableDescriptions() {
+  std::vector<const TableDescription*> descriptions;
+  for (const ShownTable& table : kShownTables) descriptions.push_back(table.description);
+  return descriptions;
+}
+
+std::vector<std::string> Card::TableNames() {
+  std::vector<std::string> names;
+  for (const ShownTable& table : kShownTables) names.emplace_back(table.description->name);
   return names;
 }
 
-std::vector<std::string> Card::Rows(std::string_view table) const {
-  std::string names;
-  for (const ShownTable& shown : kShownTables) {
-    if (table == shown.name) return shown.rows(*this);
-    names += std::string(" ") + shown.name;
-  }
-  throw std::invalid_argument("there is no table \"" + std::string(table) + "\"; the tables are:" + names);
-}
+std::vector<Row> Card::Rows(std::string_view table) const { return FindTable(table).rows(*this); }
+
+std::size_t Card::RowCount(std::string_view table) const { return FindTable(table).count(*this); }
 
 }  // namespace softcard

@@ -1,23 +1,26 @@
 #ifndef SOFTCARD_CARD_H
 #define SOFTCARD_CARD_H
 
-#include <optional>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "hal/HalBcmCommon.h"
-#include "hal/limid.h"
 #include "softcard/CallLog.h"
 #include "softcard/CardDescription.h"
 #include "softcard/FaultPlan.h"
+#include "softcard/LimId.h"
 #include "softcard/Tables.h"
+#include "softcard/tables/Row.h"
 
 namespace softcard {
 
-/// The software line card that this process runs on: everything the platform's functions act on.
+/// The software line card: everything the platform's functions act on.
 class Card {
  public:
+  /// The one that this process runs on. The platform's functions and the program's outermost room ask for it;
+  /// everything between is handed it.
   static Card& Get();
 
   /// An empty card of this description: tables, call log and fault plan are emptied, the port tables filled, the
@@ -27,32 +30,50 @@ class Card {
   const CardDescription& description() const { return description_; }
   CallLog& log() { return log_; }
   FaultPlan& faults() { return faults_; }
-  Tables& tables() { return *tables_; }
-  const Tables& tables() const { return *tables_; }
+  /// What the chip holds; a copy is a snapshot.
+  Tables& tables() { return tables_; }
+  const Tables& tables() const { return tables_; }
   /// What `HalBcmCommon::GetInstance()` gives, without the call being seen.
   HalBcmCommon& common() { return common_; }
   const HalBcmCommon& common() const { return common_; }
 
-  /// The lim id of "eth1", "lag2", "cpu" or "vlan100"; word 0, which is of no kind, for any other name. Ports need not
-  /// exist: "eth99" is an Ethernet lim id that no table of a 48-port card holds.
-  static limid_t LimId(std::string_view name);
+  /// The tables in the order in which they are shown: "intfs", "egresses", "initiators", "stations", "associations",
+  /// "vrfs", "protocol", "switch", "ports", "lags", "destinations".
+  static std::vector<const TableDescription*> TableDescriptions();
+  static std::vector<std::string> TableNames();
+  /// A table's rows in the order of their keys. Throws std::invalid_argument for a name that is no table's.
+  std::vector<Row> Rows(std::string_view table) const;
+  /// How many there are, without a walk through them.
+  std::size_t RowCount(std::string_view table) const;
 
-  /// The tables' names in the order in which they are shown: "intfs", "egresses", "initiators", "stations",
-  /// "associations", "vrfs", "protocol", "switch", "ports", "lags", "destinations".
-  static const std::vector<std::string>& TableNames();
-  /// A table's rows in the order of their ids, a line each, for example
-  /// "intf 1: vrf=1 vlan=100 mac=00:00:5e:00:01:01 mtu=1500 flags=0x0 tunnel=none". Throws std::invalid_argument
-  /// for a name that is no table's.
-  std::vector<std::string> Rows(std::string_view table) const;
+  /// Whether the card itself looks at its objects: platform functions then neither consult the fault plan nor write the
+  /// call log.
+  bool is_looking() const { return looking_; }
 
  private:
+  friend class Unseen;
+
   Card() { Reset(); }
 
   CardDescription description_;
   CallLog log_;
   FaultPlan faults_;
-  std::optional<Tables> tables_;
+  Tables tables_{description_};
   HalBcmCommon common_;
+  bool looking_ = false;
+};
+
+/// While one lives, the card looks at its own objects.
+class Unseen {
+ public:
+  explicit Unseen(Card& card) : card_(card), outer_(card.looking_) { card.looking_ = true; }
+  ~Unseen() { card_.looking_ = outer_; }
+  Unseen(const Unseen&) = delete;
+  Unseen& operator=(const Unseen&) = delete;
+
+ private:
+  Card& card_;
+  const bool outer_;
 };
 
 }  // namespace softcard

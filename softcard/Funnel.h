@@ -2,91 +2,82 @@
 #define SOFTCARD_FUNNEL_H
 
 #include <optional>
-#include <string>
 #include <tuple>
 #include <type_traits>
+#include <utility>
 
 #include "bcm/error.h"
-#include "calls/Text.h"
+#include "calls/Event.h"
 #include "softcard/Card.h"
 
 /// Every platform function goes through here: consult the fault plan, do it on the tables, write the call log.
 namespace softcard {
 
-/// While one lives, platform functions neither consult the fault plan nor write the call log: the card itself looks.
-class Unseen {
- public:
-  Unseen() : outer_(active_) { active_ = true; }
-  ~Unseen() { active_ = outer_; }
-  Unseen(const Unseen&) = delete;
-  Unseen& operator=(const Unseen&) = delete;
+using calls::Named;
 
-  static bool active() { return active_; }
-
- private:
-  static bool active_;
-  const bool outer_;
-};
-
-/// The names and values of a call's arguments, made into text only when the call is recorded.
+/// A call's arguments, made into values of their own only when the call is recorded.
 template <typename... Values>
-auto Args(Values... names_and_values) {
-  return std::make_tuple(names_and_values...);
+std::tuple<Values...> Args(Values... values) {
+  return {values...};
 }
 
 template <typename Arguments>
-std::string CallText(const char* function, const Arguments& arguments) {
-  return std::string(function) + '(' +
-         std::apply([](const auto&... fields) { return Fields(", ", fields...); }, arguments) + ')';
+calls::Call MakeCall(const calls::Function& function, const Arguments& arguments) {
+  calls::Call call{&function, {}};
+  call.arguments.reserve(std::tuple_size_v<Arguments>);
+  std::apply([&](const auto&... values) { (call.arguments.push_back(calls::ToValue(values)), ...); }, arguments);
+  return call;
 }
 
-/// " = 1"; nothing for a result without a text: singletons, managers, objects.
+/// Nothing for a result without a text: singletons, managers, objects.
 template <typename Result>
-std::string ResultText(const Result& result) {
-  if constexpr (std::is_same_v<Result, int>)
-    return " = " + StatusText(result);
-  else if constexpr (std::is_pointer_v<Result>)
+calls::Value ResultValue(const Result& result) {
+  if constexpr (std::is_pointer_v<Result>) {
     return {};
-  else
-    return " = " + Text(result);
-}
-
-template <EventKind kind, typename Arguments, typename Work>
-auto Pass(const char* function, const Arguments& arguments, const Work& work) -> decltype(work()) {
-  using Result = decltype(work());
-  if (Unseen::active()) return work();
-
-  Card& card = Card::Get();
-  std::optional<int> planned;
-  if (!card.faults().empty()) planned = card.faults().Consult(function, kind == EventKind::kCall);
-
-  if constexpr (std::is_void_v<Result>) {
-    work();
-    if (card.log().Records(kind)) card.log().Add(kind, CallText(function, arguments));
   } else {
-    Result result{};
-    if constexpr (std::is_integral_v<Result> || std::is_enum_v<Result>) {
-      const bool refused = planned && (std::is_same_v<Result, bool> ? *planned == 0 : *planned < 0);
-      if (!refused) result = work();
-      if (planned) result = static_cast<Result>(*planned);
-    } else {
-      result = work();
-    }
-    if (card.log().Records(kind)) card.log().Add(kind, CallText(function, arguments) + ResultText(result));
-    return result;
+    return calls::ToValue(result);
   }
 }
 
-/// A call that programs or asks the card.
-template <typename Arguments, typename Work>
-auto Call(const char* function, const Arguments& arguments, const Work& work) -> decltype(work()) {
-  return Pass<EventKind::kCall>(function, arguments, work);
-}
+/// `work` is what the function does on the card; kIndex its place among the descriptions.
+template <int kIndex, typename Arguments, typename Work>
+auto Call(const Arguments& arguments, const Work& work) -> decltype(work()) {
+  using Result = decltype(work());
+  constexpr const calls::Function& function = calls::kFunctions[kIndex];
+  static_assert(std::tuple_size_v<Arguments> == function.argument_count());
+  Card& card = Card::Get();
+  if (card.is_looking()) return work();
 
-/// A look at what is there already.
-template <typename Arguments, typename Work>
-auto Access(const char* function, const Arguments& arguments, const Work& work) -> decltype(work()) {
-  return Pass<EventKind::kAccess>(function, arguments, work);
+  std::optional<int> planned;
+  if (!card.faults().empty()) planned = card.faults().Consult(function);
+  const auto record = [&](calls::Value result, bool injected, std::string thrown) {
+    if (!card.log().Records(function.purpose)) return;
+    calls::Call call = MakeCall(function, arguments);
+    call.result = std::move(result);
+    call.injected = injected;
+    call.thrown = std::move(thrown);
+    card.log().Add(std::move(call));
+  };
+  try {
+    if constexpr (std::is_void_v<Result>) {
+      work();
+      record({}, false, {});
+    } else {
+      Result result{};
+      if constexpr (std::is_integral_v<Result> || std::is_enum_v<Result>) {
+        const bool refused = planned && (std::is_same_v<Result, bool> ? *planned == 0 : *planned < 0);
+        if (!refused) result = work();
+        if (planned) result = static_cast<Result>(*planned);
+      } else {
+        result = work();
+      }
+      record(ResultValue(result), planned.has_value(), {});
+      return result;
+    }
+  } catch (const std::exception& exception) {
+    record({}, false, calls::Describe(exception));
+    throw;
+  }
 }
 
 /// What `work` does on chip `unit`, of which the card has one.

@@ -9,8 +9,11 @@ constexpr unsigned kLastLabel = 0xFFFFF;  ///< labels have 20 bits
 constexpr int kMaxLabels = 2;             ///< that a tunnel initiator pushes
 constexpr unsigned char kLastExp = 7;
 constexpr int kNoIntf = -1;
+constexpr unsigned kNoVlan = 0;
 constexpr unsigned kFirstVlan = 1;
 constexpr unsigned kLastVlan = 4094;
+
+constexpr bool IsVlan(unsigned vlan_id) { return vlan_id >= kFirstVlan && vlan_id <= kLastVlan; }
 
 }  // namespace softcard
 

@@ -12,16 +12,16 @@
 
 namespace softcard {
 
-/// What the chip holds.
+/// What the chip holds. The tables know nothing of each other: a copy is a snapshot.
 struct Tables {
   explicit Tables(const CardDescription& description)
       : ports(description),
         intfs(description.intfs),
-        egresses(intfs, ports, description.egresses),
-        initiators(intfs, description.initiators),
+        egresses(description.egresses),
+        initiators(description.initiators),
         stations(description.vlans),
         vrfs(description.vrfs),
-        associations(vrfs, description.vlans),
+        associations(description.vlans),
         protocol(description.vlans) {}
 
   Ports ports;

@@ -8,9 +8,9 @@ using namespace softcard;
 bool LimIdLess::operator()(const limid_t& left, const limid_t& right) const { return left.word < right.word; }
 
 HalBcmCommon* HalBcmCommon::GetInstance() {
-  return Access("HalBcmCommon::GetInstance", Args(), [] { return &Card::Get().common(); });
+  return Call<Named("HalBcmCommon::GetInstance")>(Args(), [] { return &Card::Get().common(); });
 }
 
 int HalBcmCommon::GetMplsExpMapId() {
-  return Call("HalBcmCommon::GetMplsExpMapId", Args(), [] { return Card::Get().description().exp_map_id; });
+  return Call<Named("HalBcmCommon::GetMplsExpMapId")>(Args(), [] { return Card::Get().description().exp_map_id; });
 }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
+#include <string>
+#include <utility>
 
 #include "softcard/Funnel.h"
 
@@ -14,7 +16,7 @@ class LogIntoCallLog : public HalCallbacksItf {
  public:
   void log(int level, const char* format, ...) override {
     CallLog& call_log = Card::Get().log();
-    if (!call_log.Records(EventKind::kLog)) return;
+    if (!call_log.RecordsLogLines()) return;
     va_list arguments;
     va_start(arguments, format);
     const int length = std::vsnprintf(nullptr, 0, format, arguments);
@@ -24,7 +26,7 @@ class LogIntoCallLog : public HalCallbacksItf {
     va_start(arguments, format);
     static_cast<void>(std::vsnprintf(text.data(), text.size() + 1, format, arguments));
     va_end(arguments);
-    call_log.Add(EventKind::kLog, "log " + Text(level) + ": " + text);
+    call_log.Add(calls::LogLine{level, std::move(text)});
   }
 };
 
@@ -35,5 +37,5 @@ HalCallbacksItf::~HalCallbacksItf() = default;
 HalCallbacksItf* HalCallbacksItf::getInstance() {
   // Never destroyed: modules log until the process is gone.
   static HalCallbacksItf* const callbacks = new LogIntoCallLog;
-  return Access("HalCallbacksItf::getInstance", Args(), [] { return callbacks; });
+  return Call<Named("HalCallbacksItf::getInstance")>(Args(), [] { return callbacks; });
 }

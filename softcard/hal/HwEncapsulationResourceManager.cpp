@@ -15,19 +15,17 @@ EgressManager the_egress_manager;
 IngressManager the_ingress_manager;
 MyStationManager the_my_station_manager;
 
-std::string Usage(const char* things, size_t used, unsigned size) {
-  return Text(used) + " of " + Text(size) + ' ' + things;
+template <typename Table>
+std::string Usage(const char* things, const Table& table) {
+  return std::to_string(table.rows().size()) + " of " + std::to_string(table.size()) + ' ' + things;
 }
 
 std::string ResourceText(bool deep) {
   if (!deep) return "resources";
   const Tables& tables = TheTables();
-  return "resources: " + Usage("interfaces", tables.intfs.rows().size(), tables.intfs.size()) + ", " +
-         Usage("egress objects", tables.egresses.rows().size(), tables.egresses.size()) + ", " +
-         Usage("tunnel initiators", tables.initiators.rows().size(), tables.initiators.size()) + ", " +
-         Usage("my-station entries", tables.stations.rows().size(), tables.stations.size()) + ", " +
-         Usage("VRFs", tables.vrfs.rows().size(), tables.vrfs.size()) + ", " +
-         Usage("VLAN associations", tables.associations.rows().size(), tables.associations.size());
+  return "resources: " + Usage("interfaces", tables.intfs) + ", " + Usage("egress objects", tables.egresses) + ", " +
+         Usage("tunnel initiators", tables.initiators) + ", " + Usage("my-station entries", tables.stations) + ", " +
+         Usage("VRFs", tables.vrfs) + ", " + Usage("VLAN associations", tables.associations);
 }
 
 }  // namespace
@@ -35,27 +33,27 @@ std::string ResourceText(bool deep) {
 HwEncapsulationResourceManager::~HwEncapsulationResourceManager() = default;
 
 std::string HwEncapsulationResourceManager::ToString(bool deep) const {
-  return Access("HwEncapsulationResourceManager::ToString", Args("deep", deep), [&] { return ResourceText(deep); });
+  return Call<Named("HwEncapsulationResourceManager::ToString")>(Args(deep), [&] { return ResourceText(deep); });
 }
 
 HwEncapsulationResourceManager* HwEncapsulationResourceManager::GetInstance() {
   // Never destroyed: modules keep the pointer until the process is gone.
   static HwEncapsulationResourceManager* const manager = new HwEncapsulationResourceManager;
-  return Access("HwEncapsulationResourceManager::GetInstance", Args(), [] { return manager; });
+  return Call<Named("HwEncapsulationResourceManager::GetInstance")>(Args(), [] { return manager; });
 }
 
 IntfManager* HwEncapsulationResourceManager::intf_mng() {
-  return Access("HwEncapsulationResourceManager::intf_mng", Args(), [] { return &the_intf_manager; });
+  return Call<Named("HwEncapsulationResourceManager::intf_mng")>(Args(), [] { return &the_intf_manager; });
 }
 
 EgressManager* HwEncapsulationResourceManager::egress_mng() {
-  return Access("HwEncapsulationResourceManager::egress_mng", Args(), [] { return &the_egress_manager; });
+  return Call<Named("HwEncapsulationResourceManager::egress_mng")>(Args(), [] { return &the_egress_manager; });
 }
 
 IngressManager* HwEncapsulationResourceManager::ingress_mng() {
-  return Access("HwEncapsulationResourceManager::ingress_mng", Args(), [] { return &the_ingress_manager; });
+  return Call<Named("HwEncapsulationResourceManager::ingress_mng")>(Args(), [] { return &the_ingress_manager; });
 }
 
 MyStationManager* HwEncapsulationResourceManager::my_station_mng() {
-  return Access("HwEncapsulationResourceManager::my_station_mng", Args(), [] { return &the_my_station_manager; });
+  return Call<Named("HwEncapsulationResourceManager::my_station_mng")>(Args(), [] { return &the_my_station_manager; });
 }

@@ -8,49 +8,45 @@ using namespace softcard;
 
 int IntfManager::CreateIntf(unsigned int unit, int vrf, unsigned int vlan_id, unsigned char* mac, unsigned int mtu,
                             unsigned int l3_flags) {
-  return Call("IntfManager::CreateIntf",
-              Args("unit", unit, "vrf", vrf, "vlan", vlan_id, "mac", mac, "mtu", mtu, "flags", Hex{l3_flags}), [&] {
-                return OnUnit(unit, [&] {
-                  if (IntfTable::Check(vlan_id, mac, mtu) < 0) return static_cast<int>(BCM_E_PARAM);
-                  const int intf = TheTables().intfs.Add({});
-                  const Unseen unseen;
-                  return intf < 0 ? intf : UpdateIntf(intf, unit, vrf, vlan_id, mac, mtu, l3_flags);
-                });
-              });
+  return Call<Named("IntfManager::CreateIntf")>(Args(unit, vrf, vlan_id, mac, mtu, l3_flags), [&] {
+    return OnUnit(unit, [&] {
+      if (IntfTable::Check(vlan_id, mac, mtu) < 0) return static_cast<int>(BCM_E_PARAM);
+      const int intf = TheTables().intfs.Create();
+      const Unseen unseen(Card::Get());
+      return intf < 0 ? intf : UpdateIntf(intf, unit, vrf, vlan_id, mac, mtu, l3_flags);
+    });
+  });
 }
 
 int IntfManager::UpdateIntf(int intf, unsigned int unit, int vrf, unsigned int vlan_id, unsigned char* mac,
                             unsigned int mtu, unsigned int l3_flags) {
-  return Call(
-      "IntfManager::UpdateIntf",
-      Args("intf", intf, "unit", unit, "vrf", vrf, "vlan", vlan_id, "mac", mac, "mtu", mtu, "flags", Hex{l3_flags}),
-      [&] {
-        return OnUnit(unit, [&] {
-          IntfObject* const object = TheTables().intfs.Find(intf);
-          if (!object) return static_cast<int>(BCM_E_NOT_FOUND);
-          if (IntfTable::Check(vlan_id, mac, mtu) < 0) return static_cast<int>(BCM_E_PARAM);
-          object->id_ = intf;
-          object->vrf_ = static_cast<unsigned>(vrf);
-          object->vlan_id_ = vlan_id;
-          std::copy_n(mac, object->macsa_.size(), object->macsa_.begin());
-          object->mtu_ = mtu;
-          object->l3_flags_ = l3_flags;
-          return intf;
-        });
-      });
+  return Call<Named("IntfManager::UpdateIntf")>(Args(intf, unit, vrf, vlan_id, mac, mtu, l3_flags), [&] {
+    return OnUnit(unit, [&] {
+      IntfObject* const object = TheTables().intfs.Find(intf);
+      if (!object) return static_cast<int>(BCM_E_NOT_FOUND);
+      if (IntfTable::Check(vlan_id, mac, mtu) < 0) return static_cast<int>(BCM_E_PARAM);
+      object->id_ = intf;
+      object->vrf_ = static_cast<unsigned>(vrf);
+      object->vlan_id_ = vlan_id;
+      std::copy_n(mac, object->macsa_.size(), object->macsa_.begin());
+      object->mtu_ = mtu;
+      object->l3_flags_ = l3_flags;
+      return intf;
+    });
+  });
 }
 
 int IntfManager::DeleteIntf(int unit, int intf) {
-  return Call("IntfManager::DeleteIntf", Args("unit", unit, "intf", intf), [&] {
+  return Call<Named("IntfManager::DeleteIntf")>(Args(unit, intf), [&] {
     return OnUnit(unit, [&] {
-      TheTables().initiators.Delete(intf);  // a tunnel initiator goes with its interface
+      TheTables().initiators.Clear(intf);  // a tunnel initiator goes with its interface
       return TheTables().intfs.Delete(intf);
     });
   });
 }
 
 bool IntfManager::GetIntfObject(int intf, IntfObject** object) {
-  return Call("IntfManager::GetIntfObject", Args("intf", intf), [&] {
+  return Call<Named("IntfManager::GetIntfObject")>(Args(intf), [&] {
     IntfObject* const found = TheTables().intfs.Find(intf);
     if (found) *object = found;
     return found != nullptr;

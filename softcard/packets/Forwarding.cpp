@@ -2,9 +2,6 @@
 
 #include <utility>
 
-#include "calls/Text.h"
-#include "softcard/Funnel.h"
-
 namespace softcard {
 namespace {
 
@@ -48,12 +45,11 @@ void Append16(Bytes* bytes, unsigned value) {
   bytes->push_back(static_cast<unsigned char>(value));
 }
 
-Bytes Frame(const Egress& egress, const IntfObject& intf, const std::vector<StackEntry>& stack, const Packet& packet) {
-  const MacAddress source = intf.macsa();
+Bytes Frame(const Egress& egress, const IntfValues& intf, const std::vector<StackEntry>& stack, const Packet& packet) {
   Bytes frame(egress.mac.begin(), egress.mac.end());
-  frame.insert(frame.end(), source.begin(), source.end());
+  frame.insert(frame.end(), intf.mac.begin(), intf.mac.end());
   Append16(&frame, kEtherTypeVlan);
-  Append16(&frame, intf.vlan_id());
+  Append16(&frame, intf.vlan_id);
   Append16(&frame, stack.empty() ? packet.ether_type : kEtherTypeMpls);
   for (size_t i = 0; i < stack.size(); ++i) {
     const bool bottom = i + 1 == stack.size() && packet.ether_type != kEtherTypeMpls;
@@ -65,7 +61,8 @@ Bytes Frame(const Egress& egress, const IntfObject& intf, const std::vector<Stac
 }
 
 std::string PushText(const StackEntry& entry) {
-  return "push " + Fields(" ", "label", entry.label, "exp", entry.exp, "ttl", entry.ttl);
+  return "push label=" + std::to_string(entry.label) + " exp=" + std::to_string(entry.exp) +
+         " ttl=" + std::to_string(entry.ttl);
 }
 
 }  // namespace
@@ -76,18 +73,17 @@ Packet Packet::Ip(Bytes bytes) {
 }
 
 Outcome Forward(const Tables& tables, int egress_id, const Packet& packet) {
-  const Unseen unseen;
   Outcome outcome{};
   const auto stop = [&](Outcome::Fate fate, const std::string& reason) {
     outcome.fate = fate;
-    outcome.reason = "egress object " + Text(egress_id) + ' ' + reason;
+    outcome.reason = "egress object " + std::to_string(egress_id) + ' ' + reason;
     outcome.trace.push_back((fate == Outcome::Fate::kToCpu ? "to the CPU: " : "dropped: ") + outcome.reason);
     return outcome;
   };
 
   const Egress* const egress = tables.egresses.Find(egress_id);
   if (!egress) return stop(Outcome::Fate::kDropped, "does not exist");
-  outcome.trace.push_back(tables.egresses.RowText(egress_id, *egress));
+  outcome.trace.push_back(Text(MakeRow(egress_id, *egress, tables.ports)));
   if (egress->drop) return stop(Outcome::Fate::kDropped, "drops");
   if (egress->to_cpu) {
     outcome.port = "cpu";
@@ -96,25 +92,28 @@ Outcome Forward(const Tables& tables, int egress_id, const Packet& packet) {
   }
   if (egress->intf == kNoIntf) return stop(Outcome::Fate::kDropped, "is bound to no interface");
 
-  const IntfObject* const intf = tables.intfs.Find(egress->intf);
-  if (!intf)
-    return stop(Outcome::Fate::kDropped, "is bound to interface " + Text(egress->intf) + ", which has been deleted");
-  outcome.trace.push_back(IntfText(*intf, true));
+  const IntfObject* const object = tables.intfs.Find(egress->intf);
+  if (!object)
+    return stop(Outcome::Fate::kDropped,
+                "is bound to interface " + std::to_string(egress->intf) + ", which has been deleted");
+  const IntfValues intf = ValuesOf(*object);
+  outcome.trace.push_back(Text(MakeRow(*object)));
 
   const LabelStack* const initiator = tables.initiators.Find(egress->intf);
-  if (initiator) outcome.trace.push_back(InitiatorText(egress->intf, *initiator));
+  if (initiator) outcome.trace.push_back(Text(MakeRow(egress->intf, *initiator)));
   const std::vector<StackEntry> stack = PushedLabels(initiator, *egress, PacketPriority(packet));
   for (const StackEntry& entry : stack) outcome.trace.push_back(PushText(entry));
 
   const size_t length = kLabelBytes * stack.size() + packet.bytes.size();
-  if (length > intf->mtu())
-    return stop(Outcome::Fate::kDropped, "would send " + Text(length) + " bytes with labels; the MTU of interface " +
-                                             Text(egress->intf) + " is " + Text(intf->mtu()));
+  if (length > intf.mtu)
+    return stop(Outcome::Fate::kDropped, "would send " + std::to_string(length) +
+                                             " bytes with labels; the MTU of interface " +
+                                             std::to_string(egress->intf) + " is " + std::to_string(intf.mtu));
 
   outcome.fate = Outcome::Fate::kSent;
   outcome.port = tables.ports.Name(egress->port);
-  outcome.frame = Frame(*egress, *intf, stack, packet);
-  outcome.trace.push_back("sent through " + outcome.port + ", " + Text(outcome.frame.size()) + " bytes");
+  outcome.frame = Frame(*egress, intf, stack, packet);
+  outcome.trace.push_back("sent through " + outcome.port + ", " + std::to_string(outcome.frame.size()) + " bytes");
   return outcome;
 }
 

@@ -2,10 +2,17 @@
 
 #include <algorithm>
 
-#include "calls/Text.h"
-
 namespace softcard {
 namespace {
+
+int Check(const Egress& values, const unsigned char* mac, const IntfTable& intfs, const Ports& ports) {
+  if (!mac || values.vlan_id > kLastVlan) return BCM_E_PARAM;
+  if (values.control < EXP_LABEL_CONTROL_NONE || values.control > EXP_LABEL_CONTROL_VC) return BCM_E_PARAM;
+  if (values.HasLabel() && values.label > kLastLabel) return BCM_E_PARAM;
+  if (values.intf != kNoIntf && !intfs.Find(values.intf)) return BCM_E_NOT_FOUND;
+  if (!values.drop && !ports.Exists(values.port)) return BCM_E_PORT;
+  return BCM_E_NONE;
+}
 
 Egress WithMac(Egress values, const unsigned char* mac) {
   std::copy_n(mac, values.mac.size(), values.mac.begin());
@@ -14,37 +21,47 @@ Egress WithMac(Egress values, const unsigned char* mac) {
 
 }  // namespace
 
-int EgressTable::Check(const Egress& values, const unsigned char* mac) const {
-  if (!mac || values.control < EXP_LABEL_CONTROL_NONE || values.control > EXP_LABEL_CONTROL_VC) return BCM_E_PARAM;
-  if (values.HasLabel() && values.label > kLastLabel) return BCM_E_PARAM;
-  if (values.intf != kNoIntf && !intfs_.Find(values.intf)) return BCM_E_NOT_FOUND;
-  if (!values.drop && !ports_.Exists(values.port)) return BCM_E_PORT;
-  return BCM_E_NONE;
-}
+using calls::Kind;
 
-int EgressTable::Create(const Egress& values, const unsigned char* mac) {
-  const int rv = Check(values, mac);
+const TableDescription EgressTable::kDescription = {"egresses",
+                                                    "egress",
+                                                    Origin::kMadeByRequests,
+                                                    {"egress", Kind::kNumber},
+                                                    {{"intf", Kind::kNumber},
+                                                     {"mac", Kind::kMac},
+                                                     {"vlan", Kind::kNumber},
+                                                     {"port", Kind::kText},
+                                                     {"label", Kind::kLabel},
+                                                     {"to_cpu", Kind::kBool},
+                                                     {"drop", Kind::kBool},
+                                                     {"control", Kind::kNumber}}};
+
+int EgressTable::Create(const Egress& values, const unsigned char* mac, const IntfTable& intfs, const Ports& ports) {
+  const int rv = Check(values, mac, intfs, ports);
   return rv < 0 ? rv : Add(WithMac(values, mac));
 }
 
-int EgressTable::Update(int egress_id, const Egress& values, const unsigned char* mac) {
-  Egress* const egress = Find(egress_id);
+int EgressTable::Update(int egress_id, const Egress& values, const unsigned char* mac, const IntfTable& intfs,
+                        const Ports& ports) {
+  Egress* const egress = IdTable::Find(egress_id);
   if (!egress) return BCM_E_NOT_FOUND;
-  const int rv = Check(values, mac);
+  const int rv = Check(values, mac, intfs, ports);
   if (rv >= 0) *egress = WithMac(values, mac);
   return rv;
 }
 
-std::string EgressTable::RowText(int egress_id, const Egress& egress) const {
-  return "egress " + Text(egress_id) + ": " +
-         Fields(" ", "intf", egress.intf, "mac", egress.mac, "vlan", egress.vlan_id, "port", ports_.Name(egress.port),
-                "label", Label{egress.label}, "to_cpu", egress.to_cpu, "drop", egress.drop, "control", egress.control);
+Row MakeRow(int egress_id, const Egress& egress, const Ports& ports) {
+  using calls::ToValue;
+  return {&EgressTable::kDescription,
+          ToValue(egress_id),
+          {ToValue(egress.intf), ToValue(egress.mac), ToValue(egress.vlan_id), ToValue(ports.Name(egress.port)),
+           ToValue(egress.label), ToValue(egress.to_cpu), ToValue(egress.drop), ToValue(egress.control)}};
 }
 
-std::vector<std::string> EgressTable::Rows() const {
-  std::vector<std::string> lines;
-  for (const auto& [egress_id, egress] : rows()) lines.push_back(RowText(egress_id, egress));
-  return lines;
+std::vector<Row> EgressTable::Rows(const Ports& ports) const {
+  std::vector<Row> result;
+  for (const auto& [egress_id, egress] : rows()) result.push_back(MakeRow(egress_id, egress, ports));
+  return result;
 }
 
 }  // namespace softcard

@@ -1,7 +1,6 @@
 #ifndef SOFTCARD_TABLES_EGRESS_TABLE_H
 #define SOFTCARD_TABLES_EGRESS_TABLE_H
 
-#include <string>
 #include <vector>
 
 #include "hal/EgressManager.h"
@@ -29,26 +28,27 @@ struct Egress {
 };
 
 /// L3 egress objects. They are bound to interfaces by id only: deleting an interface leaves its egress objects.
-class EgressTable : public IdTable<Egress> {
+class EgressTable : IdTable<Egress> {
  public:
-  EgressTable(const IntfTable& intfs, const Ports& ports, unsigned size)
-      : IdTable(100001, size), intfs_(intfs), ports_(ports) {}
+  static const TableDescription kDescription;
 
-  /// The new object's id; BCM_E_PARAM for a null MAC, a label above 20 bits that counts, an unknown control;
-  /// BCM_E_NOT_FOUND for an unknown interface; BCM_E_PORT for an unknown port, unless it drops; BCM_E_FULL.
-  int Create(const Egress& values, const unsigned char* mac);
+  explicit EgressTable(unsigned size) : IdTable(100001, size) {}
+
+  /// The new object's id; BCM_E_PARAM for a null MAC, a VLAN above 4094, a label above 20 bits that counts, an unknown
+  /// control; BCM_E_NOT_FOUND for an unknown interface; BCM_E_PORT for an unknown port, unless it drops; BCM_E_FULL.
+  int Create(const Egress& values, const unsigned char* mac, const IntfTable& intfs, const Ports& ports);
   /// The same refusals; BCM_E_NOT_FOUND for an unknown egress object.
-  int Update(int egress_id, const Egress& values, const unsigned char* mac);
+  int Update(int egress_id, const Egress& values, const unsigned char* mac, const IntfTable& intfs, const Ports& ports);
+  using IdTable::Delete;
 
-  std::string RowText(int egress_id, const Egress& egress) const;
-  std::vector<std::string> Rows() const;
-
- private:
-  int Check(const Egress& values, const unsigned char* mac) const;
-
-  const IntfTable& intfs_;
-  const Ports& ports_;
+  /// Null for an unknown egress object.
+  const Egress* Find(int egress_id) const { return IdTable::Find(egress_id); }
+  using IdTable::rows;
+  using IdTable::size;
+  std::vector<Row> Rows(const Ports& ports) const;
 };
+
+Row MakeRow(int egress_id, const Egress& egress, const Ports& ports);
 
 }  // namespace softcard
 

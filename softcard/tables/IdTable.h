@@ -10,7 +10,7 @@
 namespace softcard {
 
 /// Rows under ids that the table gives out: one after the other from the first on, so that the same requests always
-/// get the same ids and an id that has been deleted comes back only after all others.
+/// get the same ids and an id that has been deleted comes back only after all others. A copy has rows of its own.
 template <typename Row>
 class IdTable {
  public:
@@ -42,8 +42,8 @@ class IdTable {
  private:
   void Advance() { next_id_ = next_id_ == std::numeric_limits<int>::max() ? first_id_ : next_id_ + 1; }
 
-  const int first_id_;
-  const unsigned size_;
+  int first_id_;
+  unsigned size_;
   int next_id_;
   std::map<int, Row> rows_;
 };

@@ -1,29 +1,39 @@
 #include "softcard/tables/IntfTable.h"
 
-#include "softcard/Funnel.h"
 #include "softcard/Limits.h"
 
 namespace softcard {
 
+using calls::Kind;
+
+const TableDescription IntfTable::kDescription = {"intfs",
+                                                  "intf",
+                                                  Origin::kMadeByRequests,
+                                                  {"intf", Kind::kNumber},
+                                                  {{"vrf", Kind::kNumber},
+                                                   {"vlan", Kind::kNumber},
+                                                   {"mac", Kind::kMac},
+                                                   {"mtu", Kind::kNumber},
+                                                   {"flags", Kind::kHex},
+                                                   {"tunnel", Kind::kTunnelType}}};
+
 int IntfTable::Check(unsigned vlan_id, const unsigned char* mac, unsigned mtu) {
-  const bool good = mac && vlan_id >= kFirstVlan && vlan_id <= kLastVlan && mtu > 0;
-  return good ? BCM_E_NONE : BCM_E_PARAM;
+  return mac && IsVlan(vlan_id) && mtu > 0 ? BCM_E_NONE : BCM_E_PARAM;
 }
 
-std::vector<std::string> IntfTable::Rows() const {
-  std::vector<std::string> lines;
-  for (const auto& row : rows()) lines.push_back(IntfText(row.second, true));
-  return lines;
+Row MakeRow(const IntfObject& intf) {
+  using calls::ToValue;
+  const IntfValues values = ValuesOf(intf);
+  return {&IntfTable::kDescription,
+          ToValue(values.id),
+          {ToValue(values.vrf), ToValue(values.vlan_id), ToValue(values.mac), ToValue(values.mtu),
+           ToValue(values.flags), ToValue(values.tunnel)}};
 }
 
-std::string IntfText(const IntfObject& intf, bool deep) {
-  const Unseen unseen;
-  std::string text = "intf " + Text(intf.id()) + ": " +
-                     Fields(" ", "vrf", intf.vrf(), "vlan", intf.vlan_id(), "mac", intf.macsa(), "mtu", intf.mtu(),
-                            "flags", Hex{intf.l3_flags()});
-  // The object hands its tunnel out for changing only.
-  if (deep) text += ' ' + Fields(" ", "tunnel", const_cast<IntfObject&>(intf).tunnel().type());
-  return text;
+std::vector<Row> IntfTable::Rows() const {
+  std::vector<Row> result;
+  for (const auto& row : rows()) result.push_back(MakeRow(row.second));
+  return result;
 }
 
 }  // namespace softcard

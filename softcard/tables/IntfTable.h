@@ -1,27 +1,47 @@
 #ifndef SOFTCARD_TABLES_INTF_TABLE_H
 #define SOFTCARD_TABLES_INTF_TABLE_H
 
-#include <string>
 #include <vector>
 
 #include "hal/IntfObject.h"
 #include "softcard/tables/IdTable.h"
+#include "softcard/tables/Row.h"
 
 namespace softcard {
 
 /// L3 interfaces. Only `IntfManager` can write what is in an interface object.
-class IntfTable : public IdTable<IntfObject> {
+class IntfTable : IdTable<IntfObject> {
  public:
+  static const TableDescription kDescription;
+
   explicit IntfTable(unsigned size) : IdTable(1, size) {}
 
   /// BCM_E_PARAM for values that no interface can have.
   static int Check(unsigned vlan_id, const unsigned char* mac, unsigned mtu);
 
-  std::vector<std::string> Rows() const;
+  /// The id of an interface without values, or BCM_E_FULL.
+  int Create() { return Add({}); }
+  using IdTable::Delete;
+  using IdTable::Find;
+  using IdTable::rows;
+  using IdTable::size;
+  std::vector<Row> Rows() const;
 };
 
-/// "intf 1: vrf=1 vlan=100 mac=00:00:5e:00:01:01 mtu=1500 flags=0x0", `deep` with " tunnel=none" behind.
-std::string IntfText(const IntfObject& intf, bool deep);
+Row MakeRow(const IntfObject& intf);
+
+/// What an interface object says of itself, asked for without being seen.
+struct IntfValues {
+  int id;
+  unsigned vrf;
+  unsigned vlan_id;
+  MacAddress mac;
+  unsigned mtu;
+  unsigned flags;
+  TunnelObject::EnumTunnelType tunnel;
+};
+/// Defined beside the objects, which alone know the card that must not see it.
+IntfValues ValuesOf(const IntfObject& intf);
 
 }  // namespace softcard
 

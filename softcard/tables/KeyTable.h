@@ -35,7 +35,7 @@ class KeyTable {
   unsigned size() const { return size_; }
 
  private:
-  const unsigned size_;
+  unsigned size_;
   std::map<Key, Row> rows_;
 };
 

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
-#include "calls/Text.h"
 #include "softcard/LimId.h"
 
 namespace softcard {
+
+const TableDescription Ports::kPortDescription = {
+    "ports", "port", Origin::kGiven, {"port", calls::Kind::kNumber}, {{"name", calls::Kind::kText}}};
+const TableDescription Ports::kLagDescription = {
+    "lags", "lag", Origin::kGiven, {"port", calls::Kind::kNumber}, {{"name", calls::Kind::kText}}};
 
 Ports::Ports(const CardDescription& description)
     : front_ports_(static_cast<int>(description.front_ports)),
@@ -20,7 +24,7 @@ limid_t Ports::limid(int port) const {
   return {0};
 }
 
-std::string Ports::Name(int port) const { return Exists(port) ? Text(limid(port)) : Text(port); }
+std::string Ports::Name(int port) const { return Exists(port) ? LimIdName(limid(port)) : std::to_string(port); }
 
 void Ports::Fill(HalBcmCommon* common) const {
   common->port_table.clear();
@@ -29,17 +33,20 @@ void Ports::Fill(HalBcmCommon* common) const {
   for (int port = lag_base_ + 1; port <= lag_base_ + lags_; ++port) common->lag_table.emplace(limid(port), port);
 }
 
-std::vector<std::string> Ports::PortRows() const {
-  std::vector<std::string> lines;
-  for (int port = 0; port <= front_ports_; ++port) lines.push_back("port " + Text(port) + ": " + Name(port));
-  return lines;
+std::vector<Row> Ports::PortRows() const {
+  std::vector<Row> rows;
+  for (int port = 0; port <= front_ports_; ++port) {
+    rows.push_back({&kPortDescription, calls::ToValue(port), {calls::ToValue(Name(port))}});
+  }
+  return rows;
 }
 
-std::vector<std::string> Ports::LagRows() const {
-  std::vector<std::string> lines;
-  for (int port = lag_base_ + 1; port <= lag_base_ + lags_; ++port)
-    lines.push_back("lag " + Text(port) + ": " + Name(port));
-  return lines;
+std::vector<Row> Ports::LagRows() const {
+  std::vector<Row> rows;
+  for (int port = lag_base_ + 1; port <= lag_base_ + lags_; ++port) {
+    rows.push_back({&kLagDescription, calls::ToValue(port), {calls::ToValue(Name(port))}});
+  }
+  return rows;
 }
 
 }  // namespace softcard

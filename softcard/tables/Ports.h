@@ -6,6 +6,7 @@
 
 #include "hal/HalBcmCommon.h"
 #include "softcard/CardDescription.h"
+#include "softcard/tables/Row.h"
 
 namespace softcard {
 
@@ -13,6 +14,9 @@ namespace softcard {
 /// on a card with more than 1000).
 class Ports {
  public:
+  static const TableDescription kPortDescription;
+  static const TableDescription kLagDescription;
+
   explicit Ports(const CardDescription& description);
 
   bool Exists(int port) const { return limid(port).word != 0; }
@@ -22,16 +26,19 @@ class Ports {
   /// Writes the tables in which the modules of the card look ports up.
   void Fill(HalBcmCommon* common) const;
 
-  std::vector<std::string> PortRows() const;
-  std::vector<std::string> LagRows() const;
+  /// The CPU port and the Ethernet ports.
+  std::size_t port_count() const { return static_cast<std::size_t>(front_ports_) + 1; }
+  std::size_t lag_count() const { return static_cast<std::size_t>(lags_); }
+  std::vector<Row> PortRows() const;
+  std::vector<Row> LagRows() const;
 
  private:
   /// Word 0 for a port that does not exist.
   limid_t limid(int port) const;
 
-  const int front_ports_;
-  const int lags_;
-  const int lag_base_;
+  int front_ports_;
+  int lags_;
+  int lag_base_;
 };
 
 }  // namespace softcard

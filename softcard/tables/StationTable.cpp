@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "calls/Text.h"
+#include "softcard/Limits.h"
 
 namespace softcard {
 namespace {
@@ -15,20 +15,38 @@ Station MakeStation(unsigned vlan_mask, const unsigned char* mac, unsigned flags
 
 }  // namespace
 
+using calls::Kind;
+
+const TableDescription StationTable::kDescription = {
+    "stations",
+    "station",
+    Origin::kMadeByRequests,
+    {"vlan", Kind::kNumber},
+    {{"mask", Kind::kHex}, {"mac", Kind::kMac}, {"flags", Kind::kHex}}};
+
 int StationTable::Insert(unsigned vlan_id, unsigned vlan_mask, const unsigned char* mac, unsigned flags) {
-  return mac ? KeyTable::Insert(vlan_id, MakeStation(vlan_mask, mac, flags)) : static_cast<int>(BCM_E_PARAM);
+  if (!mac || !IsVlan(vlan_id)) return BCM_E_PARAM;
+  return KeyTable::Insert(vlan_id, MakeStation(vlan_mask, mac, flags));
 }
 
 int StationTable::Update(unsigned vlan_id, unsigned vlan_mask, const unsigned char* mac, unsigned flags) {
-  return mac ? Write(vlan_id, MakeStation(vlan_mask, mac, flags)) : static_cast<int>(BCM_E_PARAM);
+  if (!mac || !IsVlan(vlan_id)) return BCM_E_PARAM;
+  return Write(vlan_id, MakeStation(vlan_mask, mac, flags));
 }
 
-std::vector<std::string> StationTable::Rows() const {
-  std::vector<std::string> lines;
-  for (const auto& [vlan_id, station] : rows())
-    lines.push_back("station " + Text(vlan_id) + ": " +
-                    Fields(" ", "mask", Hex{station.vlan_mask}, "mac", station.mac, "flags", Hex{station.flags}));
-  return lines;
+int StationTable::Remove(unsigned vlan_id) { return IsVlan(vlan_id) ? Delete(vlan_id) : static_cast<int>(BCM_E_PARAM); }
+
+Row MakeRow(unsigned vlan_id, const Station& station) {
+  using calls::ToValue;
+  return {&StationTable::kDescription,
+          ToValue(vlan_id),
+          {ToValue(station.vlan_mask), ToValue(station.mac), ToValue(station.flags)}};
+}
+
+std::vector<Row> StationTable::Rows() const {
+  std::vector<Row> result;
+  for (const auto& [vlan_id, station] : rows()) result.push_back(MakeRow(vlan_id, station));
+  return result;
 }
 
 }  // namespace softcard

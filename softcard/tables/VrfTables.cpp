@@ -1,29 +1,39 @@
 #include "softcard/tables/VrfTables.h"
 
-#include "calls/Text.h"
+#include "softcard/Limits.h"
 
 namespace softcard {
 
-std::vector<std::string> VrfTable::Rows() const {
-  std::vector<std::string> lines;
-  for (const auto& [vrf, flags] : rows()) lines.push_back("vrf " + Text(vrf) + ": " + Fields(" ", "flags", Hex{flags}));
-  return lines;
+using calls::Kind;
+using calls::ToValue;
+
+const TableDescription VrfTable::kDescription = {
+    "vrfs", "vrf", Origin::kMadeByRequests, {"vrf", Kind::kNumber}, {{"flags", Kind::kHex}}};
+
+std::vector<Row> VrfTable::Rows() const {
+  std::vector<Row> result;
+  for (const auto& [vrf, flags] : rows()) result.push_back({&kDescription, ToValue(vrf), {ToValue(flags)}});
+  return result;
 }
 
-int AssociationTable::Associate(int vlan_id, unsigned vrf) {
-  return vrfs_.Exists(vrf) ? Insert(vlan_id, vrf) : static_cast<int>(BCM_E_NOT_FOUND);
+const TableDescription AssociationTable::kDescription = {
+    "associations", "association", Origin::kMadeByRequests, {"vlan", Kind::kNumber}, {{"vrf", Kind::kNumber}}};
+
+int AssociationTable::Associate(unsigned vlan_id, unsigned vrf, const VrfTable& vrfs) {
+  if (!IsVlan(vlan_id)) return BCM_E_PARAM;
+  return vrfs.Exists(vrf) ? Insert(vlan_id, vrf) : static_cast<int>(BCM_E_NOT_FOUND);
 }
 
-int AssociationTable::Dissociate(int vlan_id, unsigned vrf) {
+int AssociationTable::Dissociate(unsigned vlan_id, unsigned vrf) {
+  if (!IsVlan(vlan_id)) return BCM_E_PARAM;
   const unsigned* const associated = Find(vlan_id);
   return associated && *associated == vrf ? Delete(vlan_id) : static_cast<int>(BCM_E_NOT_FOUND);
 }
 
-std::vector<std::string> AssociationTable::Rows() const {
-  std::vector<std::string> lines;
-  for (const auto& [vlan_id, vrf] : rows())
-    lines.push_back("association " + Text(vlan_id) + ": " + Fields(" ", "vrf", vrf));
-  return lines;
+std::vector<Row> AssociationTable::Rows() const {
+  std::vector<Row> result;
+  for (const auto& [vlan_id, vrf] : rows()) result.push_back({&kDescription, ToValue(vlan_id), {ToValue(vrf)}});
+  return result;
 }
 
 }  // namespace softcard

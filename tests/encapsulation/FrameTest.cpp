@@ -75,10 +75,9 @@ TEST_F(FrameTest, VrfZeroIsPassedThrough) {
 }
 
 TEST_F(FrameTest, ManagersAreAskedForAnewAtEachUse) {
-  card_.log().set_recording(softcard::CallLog::Recording::kAll);
+  const softcard::Record record(card_.log(), softcard::CallLog::Recording::kAll);
   module_.InstallVrf(7);
   module_.DestroyVrf(7);
-  card_.log().set_recording(softcard::CallLog::Recording::kCalls);
   EXPECT_EQ(Trace(), R"(
 HwEncapsulationResourceManager::ingress_mng()
 IngressManager::CreateIngress(unit=0, vrf=7, flags=0x0) = 0

@@ -23,7 +23,7 @@ class ModuleTest : public ::testing::Test {
   }
   ~ModuleTest() override { card_.Reset(); }
 
-  static limid_t Lim(const char* name) { return softcard::Card::LimId(name); }
+  static limid_t Lim(const char* name) { return softcard::LimId(name); }
   softcard::FaultPlan& faults() { return card_.faults(); }
 
   /// The trace since the last look, a line each.
@@ -40,7 +40,7 @@ class ModuleTest : public ::testing::Test {
 
   std::string Rows(const char* table) const {
     std::string text = "\n";
-    for (const std::string& row : card_.Rows(table)) {
+    for (const std::string& row : softcard::Texts(card_.Rows(table))) {
       text += row + "\n";
     }
     return text;

@@ -293,7 +293,7 @@ EgressManager::CreateEgress(intf=1, mac=00:00:5e:00:01:02, vlan=100, unit=0, por
   EXPECT_EQ(intf_id_, 1);
 
   InstallSwap({16, 300});
-  card_.log().set_recording(softcard::CallLog::Recording::kAll);
+  const softcard::Record record(card_.log(), softcard::CallLog::Recording::kAll);
   Forget();
   EXPECT_TRUE(ReplaceSwap(kMplsTunnel, {17}));
   std::string order;
@@ -302,7 +302,6 @@ EgressManager::CreateEgress(intf=1, mac=00:00:5e:00:01:02, vlan=100, unit=0, por
       order += line.find(name) != std::string::npos ? std::string(name) + " " : "";
     }
   }
-  card_.log().set_recording(softcard::CallLog::Recording::kCalls);
   EXPECT_EQ(order, "DeleteIntf IntfObject::id HwObject::vlan_id CreateEgress ") << "the base is read when it is needed";
 
   InstallSwap({16, 300});

@@ -79,7 +79,7 @@ fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_enable(slot=1)
 vlan_proto_ctrl_enable(unit=0, vlan=100) = 0
 MyStationManager::InsertMyStationVlanEntry(vlan=100, mask=0xfff, mac=00:00:5e:00:01:01, flags=0x0) = -6 (Table full)
 )");
-  EXPECT_EQ(Tables(), "protocol 100: on\n");
+  EXPECT_EQ(Tables(), "protocol 100: control=on\n");
 }
 
 TEST_F(VlanEncapsulationTest, InstallThatIsRefusedTheAssociationTakesTheStationBackSilently) {
@@ -106,7 +106,7 @@ log 3: Error on installing vlan outgoing encapsulation of vlan id(100)
 MyStationManager::RemoveMyStationVlanEntry(vlan=100) = 0
 IngressManager::DissociateVlanfromVrf(vlan=100, vrf=1) = 0
 )");
-  EXPECT_EQ(Tables(), "protocol 100: on\n");
+  EXPECT_EQ(Tables(), "protocol 100: control=on\n");
 }
 
 TEST_F(VlanEncapsulationTest, InstallGoesThroughItsWholeUndoWhenTheUndoFailsToo) {
@@ -288,7 +288,7 @@ fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_disable(slot=1)
 vlan_proto_ctrl_disable(unit=0, vlan=200) = 0
 )");
   // What the move to VLAN 200 left behind.
-  EXPECT_EQ(Tables(), "station 100: mask=0xfff mac=00:00:5e:00:01:01 flags=0x0\nprotocol 100: on\n");
+  EXPECT_EQ(Tables(), "station 100: mask=0xfff mac=00:00:5e:00:01:01 flags=0x0\nprotocol 100: control=on\n");
 }
 
 TEST_F(VlanEncapsulationTest, DestroyOfAnUnknownDestinationIsLoggedByTheRegistryOnly) {
@@ -369,7 +369,7 @@ MyStationManager::InsertMyStationVlanEntry(vlan=100, mask=0xfff, mac=00:00:5e:00
 
 TEST_F(VlanEncapsulationTest, DestroyAsksTheInterfaceAnewForEveryStepAndRestore) {
   Install();
-  card_.log().set_recording(softcard::CallLog::Recording::kAll);
+  const softcard::Record record(card_.log(), softcard::CallLog::Recording::kAll);
   faults().FailNth("IntfManager::DeleteIntf", 1, BCM_E_FAIL);
   Forget();
   EXPECT_EQ(Destroy(), -1);
@@ -377,7 +377,6 @@ TEST_F(VlanEncapsulationTest, DestroyAsksTheInterfaceAnewForEveryStepAndRestore)
   for (const std::string& line : card_.log().Lines()) {
     vlan_reads += line.find("HwObject::vlan_id") == 0 ? 1 : 0;
   }
-  card_.log().set_recording(softcard::CallLog::Recording::kCalls);
   // Station, kept for the protocol control, dissociation, and the two restores.
   EXPECT_EQ(vlan_reads, 5);
 }

@@ -101,7 +101,8 @@ const std::vector<Residue> kResidues = {
 
 std::map<std::string, Names> Tables() {
   std::map<std::string, Names> tables;
-  for (const auto& name : softcard::Card::TableNames()) tables[name] = softcard::Card::Get().Rows(name);
+  for (const auto& name : softcard::Card::TableNames())
+    tables[name] = softcard::Texts(softcard::Card::Get().Rows(name));
   return tables;
 }
 

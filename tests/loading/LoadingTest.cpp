@@ -25,7 +25,7 @@ TEST(Loading, AProcessThatHasThePlatformFindsTheModuleByNameAndRunsRequests) {
       Find<HalL3MplsEncapsulationInterface*()>(library, "_ZN31HalL3MplsEncapsulationInterface11GetInstanceEv");
   ASSERT_NE(get_instance, nullptr) << dlerror();
   const auto lim_id =
-      Find<limid_t(std::string_view)>(platform, "_ZN8softcard4Card5LimIdESt17basic_string_viewIcSt11char_traitsIcEE");
+      Find<limid_t(std::string_view)>(platform, "_ZN8softcard5LimIdESt17basic_string_viewIcSt11char_traitsIcEE");
   ASSERT_NE(lim_id, nullptr) << dlerror();
 
   HalL3MplsEncapsulationInterface* const module = get_instance();

@@ -52,7 +52,7 @@ struct Doer {
 
 std::vector<std::string> OnTheConsole(const scenario::Scenario& scenario) {
   const Subject silence_earlier_clients;
-  softcard::Card::Get().log().set_recording(softcard::CallLog::Recording::kCalls);
+  const softcard::Record record(softcard::Card::Get().log(), softcard::CallLog::Recording::kCalls);
   Doer doer;
   for (const auto& statement : scenario.statements) std::visit(doer, statement.action);
   return doer.lines;

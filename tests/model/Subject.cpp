@@ -12,7 +12,6 @@ namespace model {
 namespace {
 
 using softcard::Card;
-using softcard::EventKind;
 
 template <typename Enum>
 std::vector<Enum> As(const std::vector<int>& numbers) {
@@ -35,16 +34,11 @@ int64_t MacNumber(const MacAddress& mac) {
 
 /// Calls and log lines, and of the accesses those whose order is the module's own choice to keep: which manager is
 /// asked for, and what is written on tunnel objects.
-std::vector<std::string> Comparable(const softcard::CallLog& log) {
-  std::vector<std::string> lines;
-  for (const auto& event : log.events())
-    if (event.kind != EventKind::kAccess || event.text.find("_mng()") != std::string::npos ||
-        event.text.find("TunnelObject::set_") == 0)
-      lines.push_back(event.text);
-  return lines;
+bool IsComparable(const calls::Event& event) {
+  const auto* call = std::get_if<calls::Call>(&event);
+  return !call || call->function->purpose == calls::Purpose::kCall ||
+         std::string(call->function->name).find("_mng") != std::string::npos;
 }
-
-void Note(std::string line) { Card::Get().log().Add(EventKind::kLog, std::move(line)); }
 
 }  // namespace
 
@@ -56,22 +50,21 @@ Subject::Subject(const softcard::CardDescription& description) : model_(names_) 
   for (const auto& name : names_)
     hal_encap::HalL3MplsEncapsulationUpdItf::GetInstance()->RegisterMplsUpdateClient(name, {});
   Card::Get().Reset(description);
-  Card::Get().log().set_recording(softcard::CallLog::Recording::kAll);
 }
 
-std::vector<std::string> Subject::Run(const Request& request) {
+const std::vector<std::string>& Subject::Run(const Request& request) {
   Make(request);
-  auto lines = Comparable(Card::Get().log());
-  Transcript transcript(lines);
+  Transcript transcript(lines_);
   model_.Follow(request, transcript, facts_);
   transcript.ExpectEnd();
   CompareRegistry();
-  return lines;
+  return lines_;
 }
 
 void Subject::Make(const Request& request) {
   Card& card = Card::Get();
   card.log().Clear();
+  lines_.clear();
   facts_.clear();
   for (const auto& fault : request.faults) {
     if (fault.function.empty())
@@ -84,8 +77,20 @@ void Subject::Make(const Request& request) {
   } catch (const std::exception&) {
     // Noted already; it has passed through the callback that was under way.
   }
+  Collect();
   calling_.clear();
   card.faults().Clear();
+}
+
+void Subject::Collect() {
+  for (const calls::Event& event : Card::Get().log().Take()) {
+    if (IsComparable(event)) lines_.push_back(calls::UnmarkedText(event, softcard::kLimIdNames));
+  }
+}
+
+void Subject::Note(const std::string& line) {
+  Collect();
+  lines_.push_back(line);
 }
 
 void Subject::Execute(const Request& request) {
@@ -101,7 +106,7 @@ void Subject::Execute(const Request& request) {
 
 int Call(const Request& request) {
   const auto& module = *HalL3MplsEncapsulationInterface::GetInstance();
-  const limid_t limid = Card::LimId(request.limid);
+  const limid_t limid = softcard::ReadLimId(request.limid).value();
   unsigned char bytes[6];
   for (int i = 0; i < 6; ++i) bytes[i] = static_cast<unsigned char>(request.mac >> (40 - 8 * i));
   unsigned char* const mac = request.mac == kNullMac ? nullptr : bytes;
@@ -148,9 +153,9 @@ void Subject::Register(const Request& request) {
 }
 
 Facts Subject::Gather(const Request& request) const {
-  const softcard::Unseen unseen;
+  const softcard::Unseen unseen(Card::Get());
   HalBcmCommon& common = *HalBcmCommon::GetInstance();
-  const limid_t limid = Card::LimId(request.limid);
+  const limid_t limid = softcard::ReadLimId(request.limid).value();
   Facts facts{};
   facts.unit = common.unit;
   unsigned char type = 0;

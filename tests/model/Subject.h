@@ -20,8 +20,9 @@ class Subject {
   explicit Subject(const softcard::CardDescription& description = {});
 
   /// Runs the request on the module, then has the model follow the transcript, and compares the registries. Throws
-  /// Difference. Returns the transcript.
-  std::vector<std::string> Run(const Request& request);
+  /// Difference. Returns the transcript, which the
+  /// next request takes back.
+  const std::vector<std::string>& Run(const Request& request);
 
   /// Runs the request on the module alone.
   void Make(const Request& request);
@@ -31,12 +32,16 @@ class Subject {
  private:
   void Execute(const Request& request);
   void Register(const Request& request);
+  void Collect();
+  void Note(const std::string& line);
   Facts Gather(const Request& request) const;
   void CompareRegistry() const;
 
   static std::set<std::string> names_;
 
+  const softcard::Record record_{softcard::Card::Get().log(), softcard::CallLog::Recording::kAll};
   Model model_;
+  std::vector<std::string> lines_;  ///< of the request under way
   std::deque<Facts> facts_;
   std::set<std::string> calling_;  ///< clients that are in their callback
 };

@@ -27,7 +27,7 @@ unsigned char router_mac[] = {0x00, 0x00, 0x5e, 0x00, 0x01, 0x01};
 unsigned char other_mac[] = {0x00, 0x00, 0x5e, 0x00, 0x01, 0x02};
 unsigned char host_mac[] = {0x02, 0x00, 0x00, 0x00, 0x00, 0x09};
 
-limid_t Lim(const char* name) { return softcard::Card::LimId(name); }
+limid_t Lim(const char* name) { return softcard::LimId(name); }
 
 /// What an operation starts from, and the request itself.
 struct Case {
@@ -165,7 +165,7 @@ Lines Tables() {
   Lines rows;
   for (const char* const table :
        {"switch", "vrfs", "stations", "associations", "protocol", "intfs", "initiators", "egresses", "destinations"}) {
-    const Lines more = card.Rows(table);
+    const Lines more = softcard::Texts(card.Rows(table));
     rows.insert(rows.end(), more.begin(), more.end());
   }
   return rows;
@@ -183,11 +183,12 @@ Run RunCase(const Case& c, unsigned long refused = 0, int rv = 0) {
   run.before = Tables();
   run.result = c.request();
   run.after = Tables();
-  for (const softcard::Event& event : card.log().events()) {
-    if (event.kind == softcard::EventKind::kCall) {
-      run.calls.push_back(event.text);
-    } else if (StartsWith(event.text, "log 3") || StartsWith(event.text, "log 4")) {
-      run.errors.push_back(event.text);
+  for (const calls::Event& event : card.log().events()) {
+    const std::string text = calls::UnmarkedText(event, softcard::kLimIdNames);
+    if (const auto* line = std::get_if<calls::LogLine>(&event)) {
+      if (line->level <= 4) run.errors.push_back(text);
+    } else {
+      run.calls.push_back(text);
     }
   }
   return run;

@@ -34,7 +34,7 @@ void ExpectThatRequestsWork() {
 /// Whether the request has an `nth` allocation, which then has failed.
 bool FailsAt(long nth, const std::vector<Request>& before, const Request& request) {
   model::Subject subject;
-  Card::Get().log().set_recording(softcard::CallLog::Recording::kNothing);
+  const softcard::Record record(Card::Get().log(), softcard::CallLog::Recording::kNothing);
   for (const auto& earlier : before) subject.Make(earlier);
   const auto records = Records();
   bool thrown = false;

@@ -47,7 +47,7 @@ TEST_F(ACallback, MayDestroyItsOwnDestinationWhichThenStaysAway) {
   subject_.Run(Client("a", ClientKind::kCalls, {"destroy-mpls 20"}));
   EXPECT_EQ(Replace().back(), "returns 0");
   EXPECT_EQ(subject_.registry().count(20), 0u);
-  EXPECT_EQ(softcard::Card::Get().Rows("egresses"), Lines());
+  EXPECT_EQ(softcard::Texts(softcard::Card::Get().Rows("egresses")), Lines());
 }
 
 TEST_F(ACallback, MayDestroyTheBaseOfItsDestination) {

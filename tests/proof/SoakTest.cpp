@@ -14,7 +14,7 @@ namespace {
 /// Makes random requests on a card of their own. Returns how many.
 long Make(unsigned long seed) {
   model::Subject subject;
-  softcard::Card::Get().log().set_recording(softcard::CallLog::Recording::kNothing);
+  const softcard::Record record(softcard::Card::Get().log(), softcard::CallLog::Recording::kNothing);
   long made = 0;
   for (const auto& request : model::Generator(seed).Sequence(100)) {
     // Installing a VLAN a second time leaks the record that is refused, and callbacks may do that, too.

@@ -41,10 +41,9 @@ void Expect(bool held, const char* what) {
 void Reset(unsigned int destinations) {
   softcard::Card& card = softcard::Card::Get();
   card.Reset(CardFor(destinations));
-  card.log().set_recording(softcard::CallLog::Recording::kNothing);
+  const softcard::Record record(card.log(), softcard::CallLog::Recording::kNothing);
   Expect(Module().InstallVrf(1) == 0, "the VRF");
-  Expect(Module().InstallVlanOutgoingEncapsulation(kVlanDestination, softcard::Card::LimId("vlan100"), 1, 1500, mac,
-                                                   {}) == 0,
+  Expect(Module().InstallVlanOutgoingEncapsulation(kVlanDestination, softcard::LimId("vlan100"), 1, 1500, mac, {}) == 0,
          "the VLAN");
 }
 
@@ -75,7 +74,7 @@ void MeasureLife(const char* kind, unsigned int destinations, const Installer& i
     bytes = mallinfo2().uordblks - before;
     replaces += Nanoseconds(ids, "a replace", replace);
     destroys += Nanoseconds(ids, "a destroy", destroy);
-    Expect(softcard::Card::Get().Rows("egresses").empty(), "leaving no egress object behind");
+    Expect(softcard::Card::Get().RowCount("egresses") == 0, "leaving no egress object behind");
   }
   const double requests = static_cast<double>(rounds) * destinations;
   std::printf("card %s install %u %.1f\n", kind, destinations, installs / requests);
@@ -87,7 +86,7 @@ void MeasureLife(const char* kind, unsigned int destinations, const Installer& i
 void MeasurePackets() {
   constexpr unsigned int kPackets = 100000;
   Reset(1);
-  Expect(Module().InstallMplsUnprotectedOutgoingEncapsulation(2, kVlanDestination, softcard::Card::LimId("eth1"), mac,
+  Expect(Module().InstallMplsUnprotectedOutgoingEncapsulation(2, kVlanDestination, softcard::LimId("eth1"), mac,
                                                               {100, 200}, {HAL_MPLS_CAPABILITY_PUSH},
                                                               HAL_ACTION_NONE) == 0,
          "the tunnel");
@@ -115,7 +114,7 @@ int main(int argc, char** argv) {
     std::cerr << "usage: " << argv[0] << " DESTINATIONS...   (for example 1000 1000000)\n";
     return 2;
   }
-  const limid_t port = softcard::Card::LimId("eth1");
+  const limid_t port = softcard::LimId("eth1");
   for (const unsigned int destinations : sizes) {
     MeasureLife(
         "host", destinations,

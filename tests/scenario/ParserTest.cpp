@@ -23,7 +23,7 @@ TEST(Parser, ReadsEveryFieldOfARequest) {
   EXPECT_EQ(request.operation, Operation::kReplaceMpls);
   EXPECT_EQ(request.id, 20u);
   EXPECT_EQ(request.vlan_destination_id, 10u);
-  EXPECT_EQ(request.limid.word, softcard::Card::LimId("lag2").word);
+  EXPECT_EQ(request.limid.word, softcard::LimId("lag2").word);
   EXPECT_EQ(request.mac, (std::array<unsigned char, 6>{2, 0, 0, 0, 1, 1}));
   EXPECT_EQ(request.labels, (std::vector<unsigned>{100, 16, 4294967295}));
   EXPECT_EQ(request.mpls_capabilities,
@@ -48,7 +48,7 @@ TEST(Parser, TakesPortsThatTheCardLacksAndRawLimIdsWhenAskedTo) {
   const Scenario scenario = Usable(
       "card ports=8\ninstall-host 1 vlan=0 lim=absent:eth9 mac=null\n"
       "install-host 1 vlan=0 lim=0x05000001 mac=null\n");
-  EXPECT_EQ(std::get<Request>(scenario.statements[0].action).limid.word, softcard::Card::LimId("eth9").word);
+  EXPECT_EQ(std::get<Request>(scenario.statements[0].action).limid.word, softcard::LimId("eth9").word);
   EXPECT_EQ(std::get<Request>(scenario.statements[1].action).limid.word, 0x05000001u);
   EXPECT_EQ(FirstComplaint("install-host 1 vlan=0 lim=eth49 mac=null"),
             "1:27: the card has no eth49; it has eth1 ... eth48, and \"absent:eth49\" asks for the port all the same");

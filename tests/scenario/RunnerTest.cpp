@@ -209,7 +209,7 @@ TEST_F(Runner, ShowsWhatDestinationsHold) {
                         "      intf 1: vrf=1 vlan=100 mac=00:00:5e:00:01:01 mtu=1500 flags=0x0 tunnel=none\n"
                         "      station 100: mask=0xfff mac=00:00:5e:00:01:01 flags=0x0\n"
                         "      association 100: vrf=1\n"
-                        "      protocol 100: on\n"
+                        "      protocol 100: control=on\n"
                         "    destination 20: intf=2 egress=100001\n"
                         "      intf 2: vrf=1 vlan=100 mac=00:00:5e:00:01:01 mtu=1500 flags=0x0 tunnel=mpls\n"
                         "      initiator 2: labels=[{flags=0x11, label=100, qos_map=1, exp=0, ttl=255}]\n"

@@ -90,13 +90,13 @@ TEST_F(CallLogTest, CardCallsAndLimIdCallsPrintNames) {
   fm_init();
   fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_enable(fm_local_slot())(0, 100);
   fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_disable(1)(0, 100);
-  limid_to_type(Card::LimId("eth3"), &type);
-  limid_to_ifindex(Card::LimId("lag2"), &index);
-  limid_to_intfname(Card::LimId("cpu"), name, sizeof name);
+  limid_to_type(softcard::LimId("eth3"), &type);
+  limid_to_ifindex(softcard::LimId("lag2"), &index);
+  limid_to_intfname(softcard::LimId("cpu"), name, sizeof name);
   limid_to_type({42}, &type);
-  limid_is_from_type(Card::LimId("cpu"), limid_type_lag);
-  limid_is_from_type_ethernet(Card::LimId("eth3"));
-  limid_to_l3_vlan_vlanid(Card::LimId("vlan100"));
+  limid_is_from_type(softcard::LimId("cpu"), limid_type_lag);
+  limid_is_from_type_ethernet(softcard::LimId("eth3"));
+  limid_to_l3_vlan_vlanid(softcard::LimId("vlan100"));
   HalBcmCommon::GetInstance()->GetMplsExpMapId();
   EXPECT_EQ(Shown(Log()), R"(
 fm_init() = 0
@@ -145,7 +145,7 @@ TEST_F(CallLogTest, AccessesAreKeptOnlyWhenAllIsRecorded) {
   object->vrf();
   EXPECT_EQ(Log(), Lines{});
 
-  card_.log().set_recording(CallLog::Recording::kAll);
+  const softcard::Record record(card_.log(), CallLog::Recording::kAll);
   HalBcmCommon::GetInstance();
   HalCallbacksItf::getInstance();
   HwEncapsulationResourceManager::GetInstance()->intf_mng();
@@ -185,7 +185,7 @@ TunnelObject::TunnelTypeToString(type=mpls) = mpls
 }
 
 TEST_F(CallLogTest, NothingIsKeptWhenNothingIsRecorded) {
-  card_.log().set_recording(CallLog::Recording::kNothing);
+  const softcard::Record record(card_.log(), CallLog::Recording::kNothing);
   CreateIntf();
   HalCallbacksItf::getInstance()->log(7, "unseen");
   EXPECT_EQ(Log(), Lines{});
@@ -195,14 +195,14 @@ TEST_F(CallLogTest, EventsTellCallsFromLogLines) {
   fm_init();
   HalCallbacksItf::getInstance()->log(7, "line");
   ASSERT_EQ(card_.log().events().size(), 2u);
-  EXPECT_EQ(card_.log().events()[0].kind, softcard::EventKind::kCall);
-  EXPECT_EQ(card_.log().events()[1].kind, softcard::EventKind::kLog);
+  EXPECT_STREQ(std::get<calls::Call>(card_.log().events()[0]).function->name, "fm_init");
+  EXPECT_EQ(std::get<calls::LogLine>(card_.log().events()[1]).level, 7);
 }
 
 TEST_F(CallLogTest, ShowingTheTablesLeavesNoTrace) {
   CreateEgress(CreateIntf());
   card_.log().Clear();
-  card_.log().set_recording(CallLog::Recording::kAll);
+  const softcard::Record record(card_.log(), CallLog::Recording::kAll);
   card_.faults().FailNth("IntfObject::vrf", 1, 77);
   for (const std::string& table : Card::TableNames()) {
     Rows(table.c_str());

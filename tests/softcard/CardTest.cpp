@@ -72,7 +72,7 @@ TEST_F(CardTest, ResetEmptiesEverythingAndKeepsWhatWasHandedOut) {
 }
 
 TEST_F(CardTest, ResetKeepsTheRecordingMode) {
-  card_.log().set_recording(softcard::CallLog::Recording::kNothing);
+  const softcard::Record record(card_.log(), softcard::CallLog::Recording::kNothing);
   card_.Reset();
   fm_init();
   EXPECT_EQ(Log(), Lines{});
@@ -86,7 +86,7 @@ TEST_F(CardTest, TheDescriptionDecidesUnitSlotAndExpMap) {
   card_.Reset(description);
   EXPECT_EQ(HalBcmCommon::GetInstance()->unit, 3);
   EXPECT_EQ(HalBcmCommon::GetInstance()->GetMplsExpMapId(), 12);
-  EXPECT_EQ(Rows("ports"), (Lines{"port 0: cpu", "port 1: eth1", "port 2: eth2"}));
+  EXPECT_EQ(Rows("ports"), (Lines{"port 0: name=cpu", "port 1: name=eth1", "port 2: name=eth2"}));
   EXPECT_EQ(CreateIntf(), BCM_E_UNIT);
   EXPECT_EQ(intfs_.CreateIntf(3, 1, 100, router_mac_, 1500, 0), 1);
 }

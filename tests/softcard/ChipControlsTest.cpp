@@ -19,7 +19,7 @@ TEST_F(ChipControlsTest, SwitchControlsKeepTheLastMode) {
   EXPECT_EQ(bcm_switch_control_set(0, bcmSwitchL3EgressMode, 1), BCM_E_NONE);
   EXPECT_EQ(bcm_switch_control_set(0, bcmSwitchL3IngressMode, 1), BCM_E_NONE);
   EXPECT_EQ(bcm_switch_control_set(0, bcmSwitchL3IngressMode, 0), BCM_E_NONE);
-  EXPECT_EQ(Rows("switch"), (Lines{"switch bcmSwitchL3EgressMode: 1", "switch bcmSwitchL3IngressMode: 0"}));
+  EXPECT_EQ(Rows("switch"), (Lines{"switch bcmSwitchL3EgressMode: mode=1", "switch bcmSwitchL3IngressMode: mode=0"}));
 }
 
 TEST_F(ChipControlsTest, UnknownSwitchControlsModesAndUnitsAreRefused) {
@@ -32,17 +32,24 @@ TEST_F(ChipControlsTest, UnknownSwitchControlsModesAndUnitsAreRefused) {
 
 TEST_F(ChipControlsTest, ProtocolControlIsSwitchedOnAndOffByTheCardsOwnOperations) {
   EXPECT_EQ(Enable(0, 100), BCM_E_NONE);
-  EXPECT_EQ(Enable(0, 65535), BCM_E_NONE);
-  EXPECT_EQ(Rows("protocol"), (Lines{"protocol 100: on", "protocol 65535: on"}));
+  EXPECT_EQ(Enable(0, 4094), BCM_E_NONE);
+  EXPECT_EQ(Rows("protocol"), (Lines{"protocol 100: control=on", "protocol 4094: control=on"}));
   EXPECT_EQ(Disable(0, 100), BCM_E_NONE);
-  EXPECT_EQ(Rows("protocol"), Lines{"protocol 65535: on"});
+  EXPECT_EQ(Rows("protocol"), Lines{"protocol 4094: control=on"});
+}
+
+TEST_F(ChipControlsTest, ProtocolControlIsRefusedForNumbersThatAreNoVlans) {
+  for (const unsigned short vlan_id : std::initializer_list<unsigned short>{0, 4095, 65535}) {
+    EXPECT_EQ(Enable(0, vlan_id), BCM_E_PARAM) << vlan_id;
+    EXPECT_EQ(Disable(0, vlan_id), BCM_E_PARAM) << vlan_id;
+  }
 }
 
 TEST_F(ChipControlsTest, SwitchingProtocolControlToWhatItIsIsASuccess) {
   EXPECT_EQ(Disable(0, 100), BCM_E_NONE);
   Enable(0, 100);
   EXPECT_EQ(Enable(0, 100), BCM_E_NONE);
-  EXPECT_EQ(Rows("protocol"), Lines{"protocol 100: on"});
+  EXPECT_EQ(Rows("protocol"), Lines{"protocol 100: control=on"});
 }
 
 TEST_F(ChipControlsTest, ProtocolControlRefusesAnotherUnitAndAFullTable) {

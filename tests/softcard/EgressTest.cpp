@@ -64,6 +64,16 @@ TEST_F(EgressTest, ALabelAbove20BitsIsABadParameterWhereLabelsCount) {
   EXPECT_GT(egresses_.CreateEgress(intf_, host_mac_, 100, 0, 3, 0x100000, false, false, EXP_LABEL_CONTROL_NONE), 0);
 }
 
+TEST_F(EgressTest, AVlanAbove4094IsABadParameterButNoVlanIsGood) {
+  const auto create = [&](unsigned short vlan_id) {
+    return egresses_.CreateEgress(-1, host_mac_, vlan_id, 0, 3, 0xFFFFFFFF, false, false, EXP_LABEL_CONTROL_NONE);
+  };
+  EXPECT_EQ(create(4095), BCM_E_PARAM);
+  EXPECT_EQ(create(65535), BCM_E_PARAM);
+  EXPECT_GT(create(0), 0);
+  EXPECT_GT(create(4094), 0);
+}
+
 TEST_F(EgressTest, AnUnknownInterfaceIsNotFoundButNoInterfaceIsGood) {
   CreateEgress(intf_);
   ExpectRefused(BCM_E_NOT_FOUND, 2, host_mac_, 0, 3, kNone, 0);

@@ -96,6 +96,32 @@ TEST_F(FaultPlanTest, ANumberedCallWithoutAResultIsMadeAllTheSame) {
   EXPECT_EQ(tunnel.type(), TunnelObject::kTunnelTypeMpls);
   faults_.FailCallNumber(1, BCM_E_TIMEOUT);
   EXPECT_NE(fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_enable(1), nullptr);
+  EXPECT_EQ(faults_.NotHappened().size(), 2u);
+}
+
+TEST_F(FaultPlanTest, FaultsThatHaveNotHappenedAreTold) {
+  const auto late = faults_.FailNth("IntfManager::CreateIntf", 3, BCM_E_FULL);
+  const auto never = faults_.FailEvery("IntfManager::DeleteIntf", BCM_E_FAIL);
+  const auto soon = faults_.FailCallNumber(1, BCM_E_TIMEOUT);
+  EXPECT_EQ((std::vector<std::size_t>{late, never, soon}), (std::vector<std::size_t>{1, 2, 3}));
+  CreateIntf();
+  CreateIntf();
+  const auto waiting = faults_.NotHappened();
+  ASSERT_EQ(waiting.size(), 2u);
+  EXPECT_EQ(waiting[0].fault, late);
+  EXPECT_EQ(waiting[0].calls, 2u);
+  EXPECT_EQ(waiting[1].fault, never);
+  EXPECT_EQ(waiting[1].calls, 0u);
+
+  CreateIntf();
+  intfs_.DeleteIntf(0, 1);
+  EXPECT_TRUE(faults_.NotHappened().empty());
+}
+
+TEST_F(FaultPlanTest, NamesThatNoFunctionHasAndFunctionsWithoutAResultAreRefused) {
+  EXPECT_THROW(faults_.FailNth("IntfManager::CreatIntf", 1, -1), std::invalid_argument);
+  EXPECT_THROW(faults_.FailEvery("IntfManager::CreatIntf", -1), std::invalid_argument);
+  EXPECT_THROW(faults_.FailNth("TunnelObject::set_ttl", 1, -1), std::invalid_argument);
   EXPECT_TRUE(faults_.empty());
 }
 

@@ -172,7 +172,7 @@ sent through eth3, 50 bytes
 TEST_F(ForwardingTest, ForwardingIsNoCall) {
   const int egress = CreateEgress(intf_);
   card_.log().Clear();
-  card_.log().set_recording(softcard::CallLog::Recording::kAll);
+  const softcard::Record record(card_.log(), softcard::CallLog::Recording::kAll);
   card_.faults().FailEvery("HwObject::vlan_id", 7);
   Behind(egress);
   EXPECT_EQ(Log(), Lines{});

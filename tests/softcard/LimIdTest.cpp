@@ -28,27 +28,28 @@ class LimIdTest : public OnCard {
 
 TEST_F(LimIdTest, NamesAndLimIdsTellTheSame) {
   for (const char* const name : {"eth1", "eth48", "eth99", "lag2", "vlan100", "vlan70000", "vlan16777215", "cpu"}) {
-    EXPECT_EQ(NameOf(Card::LimId(name)), name);
+    EXPECT_EQ(NameOf(softcard::LimId(name)), name);
   }
-  EXPECT_EQ(Card::LimId("eth3").word, 0x01000003u);
-  EXPECT_EQ(Card::LimId("lag2").word, 0x02000002u);
-  EXPECT_EQ(Card::LimId("cpu").word, 0x03000000u);
-  EXPECT_EQ(Card::LimId("vlan100").word, 0x04000064u);
+  EXPECT_EQ(softcard::LimId("eth3").word, 0x01000003u);
+  EXPECT_EQ(softcard::LimId("lag2").word, 0x02000002u);
+  EXPECT_EQ(softcard::LimId("cpu").word, 0x03000000u);
+  EXPECT_EQ(softcard::LimId("vlan100").word, 0x04000064u);
 }
 
-TEST_F(LimIdTest, OtherNamesGiveTheLimIdOfNoKind) {
+TEST_F(LimIdTest, OtherNamesAreRefused) {
   for (const char* const name : {"", "eth", "eth-1", "eth+1", "eth 1", "eth1x", "eth0x1", "eth16777216",
                                  "eth99999999999", "Eth1", "cpu0", "port1"}) {
-    EXPECT_EQ(Card::LimId(name).word, 0u) << name;
+    EXPECT_THROW(softcard::LimId(name), std::invalid_argument) << name;
+    EXPECT_FALSE(softcard::ReadLimId(name)) << name;
   }
 }
 
 TEST_F(LimIdTest, TypeAndIndexAreDecoded) {
-  EXPECT_EQ(TypeOf(Card::LimId("lag2")), limid_type_lag);
-  EXPECT_EQ(IndexOf(Card::LimId("lag2")), 2u);
-  EXPECT_EQ(TypeOf(Card::LimId("cpu")), limid_type_cpuport);
-  EXPECT_EQ(IndexOf(Card::LimId("cpu")), 0u);
-  EXPECT_EQ(IndexOf(Card::LimId("vlan16777215")), 0xFFFFFFu);
+  EXPECT_EQ(TypeOf(softcard::LimId("lag2")), limid_type_lag);
+  EXPECT_EQ(IndexOf(softcard::LimId("lag2")), 2u);
+  EXPECT_EQ(TypeOf(softcard::LimId("cpu")), limid_type_cpuport);
+  EXPECT_EQ(IndexOf(softcard::LimId("cpu")), 0u);
+  EXPECT_EQ(IndexOf(softcard::LimId("vlan16777215")), 0xFFFFFFu);
 }
 
 TEST_F(LimIdTest, ALimIdOfNoKindIsRefusedAndNothingIsWritten) {
@@ -74,27 +75,27 @@ TEST_F(LimIdTest, ALimIdOfAnUnknownTypeHasATypeAndAnIndexButNoName) {
 TEST_F(LimIdTest, ANameIsCutToItsBufferAndAlwaysClosed) {
   char name[8];
   std::memset(name, 'x', sizeof name);
-  EXPECT_EQ(limid_to_intfname(Card::LimId("vlan100"), name, 5), BCM_E_NONE);
+  EXPECT_EQ(limid_to_intfname(softcard::LimId("vlan100"), name, 5), BCM_E_NONE);
   EXPECT_STREQ(name, "vlan");
   EXPECT_EQ(name[5], 'x');
-  EXPECT_EQ(limid_to_intfname(Card::LimId("vlan100"), name, 8), BCM_E_NONE);
+  EXPECT_EQ(limid_to_intfname(softcard::LimId("vlan100"), name, 8), BCM_E_NONE);
   EXPECT_STREQ(name, "vlan100");
-  EXPECT_EQ(limid_to_intfname(Card::LimId("vlan100"), name, 1), BCM_E_NONE);
+  EXPECT_EQ(limid_to_intfname(softcard::LimId("vlan100"), name, 1), BCM_E_NONE);
   EXPECT_STREQ(name, "");
-  EXPECT_EQ(limid_to_intfname(Card::LimId("vlan100"), name, 0), BCM_E_PARAM);
+  EXPECT_EQ(limid_to_intfname(softcard::LimId("vlan100"), name, 0), BCM_E_PARAM);
 }
 
 TEST_F(LimIdTest, PredicatesTellTheTypes) {
-  EXPECT_EQ(limid_is_from_type(Card::LimId("cpu"), limid_type_cpuport), 1);
-  EXPECT_EQ(limid_is_from_type(Card::LimId("lag2"), limid_type_lag), 1);
-  EXPECT_EQ(limid_is_from_type(Card::LimId("eth2"), limid_type_lag), 0);
-  EXPECT_EQ(limid_is_from_type_ethernet(Card::LimId("eth2")), 1);
-  EXPECT_EQ(limid_is_from_type_ethernet(Card::LimId("vlan2")), 0);
+  EXPECT_EQ(limid_is_from_type(softcard::LimId("cpu"), limid_type_cpuport), 1);
+  EXPECT_EQ(limid_is_from_type(softcard::LimId("lag2"), limid_type_lag), 1);
+  EXPECT_EQ(limid_is_from_type(softcard::LimId("eth2"), limid_type_lag), 0);
+  EXPECT_EQ(limid_is_from_type_ethernet(softcard::LimId("eth2")), 1);
+  EXPECT_EQ(limid_is_from_type_ethernet(softcard::LimId("vlan2")), 0);
 }
 
 TEST_F(LimIdTest, VlanIdsMayHaveMoreThan16Bits) {
-  EXPECT_EQ(limid_to_l3_vlan_vlanid(Card::LimId("vlan100")), 100u);
-  EXPECT_EQ(limid_to_l3_vlan_vlanid(Card::LimId("vlan70000")), 70000u);
+  EXPECT_EQ(limid_to_l3_vlan_vlanid(softcard::LimId("vlan100")), 100u);
+  EXPECT_EQ(limid_to_l3_vlan_vlanid(softcard::LimId("vlan70000")), 70000u);
 }
 
 TEST_F(LimIdTest, AreOrderedByTheirBytesMostSignificantFirst) {
@@ -109,12 +110,12 @@ TEST_F(LimIdTest, AreOrderedByTheirBytesMostSignificantFirst) {
 TEST_F(LimIdTest, PortTablesHoldEveryPortOnce) {
   HalBcmCommon& common = *HalBcmCommon::GetInstance();
   EXPECT_EQ(common.port_table.size(), 49u);
-  EXPECT_EQ(common.port_table.at(Card::LimId("cpu")), 0);
-  EXPECT_EQ(common.port_table.at(Card::LimId("eth1")), 1);
-  EXPECT_EQ(common.port_table.at(Card::LimId("eth48")), 48);
+  EXPECT_EQ(common.port_table.at(softcard::LimId("cpu")), 0);
+  EXPECT_EQ(common.port_table.at(softcard::LimId("eth1")), 1);
+  EXPECT_EQ(common.port_table.at(softcard::LimId("eth48")), 48);
   EXPECT_EQ(common.lag_table.size(), 8u);
-  EXPECT_EQ(common.lag_table.at(Card::LimId("lag1")), 1001);
-  EXPECT_EQ(common.lag_table.at(Card::LimId("lag8")), 1008);
+  EXPECT_EQ(common.lag_table.at(softcard::LimId("lag1")), 1001);
+  EXPECT_EQ(common.lag_table.at(softcard::LimId("lag8")), 1008);
 }
 
 TEST_F(LimIdTest, LagsLieBehindTheEthernetPortsOfAnyCard) {
@@ -122,9 +123,9 @@ TEST_F(LimIdTest, LagsLieBehindTheEthernetPortsOfAnyCard) {
   description.front_ports = 2000;
   description.lags = 3;
   card_.Reset(description);
-  EXPECT_EQ(HalBcmCommon::GetInstance()->port_table.at(Card::LimId("eth2000")), 2000);
-  EXPECT_EQ(HalBcmCommon::GetInstance()->lag_table.at(Card::LimId("lag1")), 2001);
-  EXPECT_EQ(Rows("lags"), (Lines{"lag 2001: lag1", "lag 2002: lag2", "lag 2003: lag3"}));
+  EXPECT_EQ(HalBcmCommon::GetInstance()->port_table.at(softcard::LimId("eth2000")), 2000);
+  EXPECT_EQ(HalBcmCommon::GetInstance()->lag_table.at(softcard::LimId("lag1")), 2001);
+  EXPECT_EQ(Rows("lags"), (Lines{"lag 2001: name=lag1", "lag 2002: name=lag2", "lag 2003: name=lag3"}));
 }
 
 }  // namespace

@@ -12,7 +12,7 @@ TEST_F(ManyDestinationsTest, ACardDescribedLargeHoldsThemAllUnderDifferentIds) {
   description.intfs = kMany;
   description.egresses = kMany;
   card_.Reset(description);
-  card_.log().set_recording(softcard::CallLog::Recording::kNothing);
+  const softcard::Record record(card_.log(), softcard::CallLog::Recording::kNothing);
 
   std::set<int> intfs;
   std::set<int> egresses;

@@ -22,8 +22,13 @@ TEST_F(MyStationTest, ANullMacIsABadParameter) {
   EXPECT_EQ(Rows("stations"), Lines{});
 }
 
-TEST_F(MyStationTest, AnyVlanNumberIsTakenBecauseTheInterfaceRefusesTheBadOnes) {
+TEST_F(MyStationTest, NumbersThatAreNoVlansAreRefused) {
   for (const unsigned int vlan_id : {0u, 4095u, 0x10064u}) {
+    EXPECT_EQ(stations_.InsertMyStationVlanEntry(vlan_id, 4095, router_mac_, 0), BCM_E_PARAM) << vlan_id;
+    EXPECT_EQ(stations_.UpdateMyStationVlanEntry(vlan_id, 4095, router_mac_, 0), BCM_E_PARAM) << vlan_id;
+    EXPECT_EQ(stations_.RemoveMyStationVlanEntry(vlan_id), BCM_E_PARAM) << vlan_id;
+  }
+  for (const unsigned int vlan_id : {1u, 4094u}) {
     EXPECT_EQ(stations_.InsertMyStationVlanEntry(vlan_id, 4095, router_mac_, 0), BCM_E_NONE) << vlan_id;
   }
 }

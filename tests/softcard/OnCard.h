@@ -22,10 +22,7 @@ using Lines = std::vector<std::string>;
 class OnCard : public ::testing::Test {
  protected:
   OnCard() { card_.Reset(); }
-  ~OnCard() override {
-    card_.log().set_recording(softcard::CallLog::Recording::kCalls);
-    card_.Reset();
-  }
+  ~OnCard() override { card_.Reset(); }
 
   int CreateIntf(unsigned int vlan_id = 100) { return intfs_.CreateIntf(0, 1, vlan_id, router_mac_, 1500, 0); }
   int CreateEgress(int intf, int port = 3) {
@@ -37,7 +34,7 @@ class OnCard : public ::testing::Test {
     intfs_.GetIntfObject(intf, &object);
     return object;
   }
-  Lines Rows(const char* table) const { return card_.Rows(table); }
+  Lines Rows(const char* table) const { return softcard::Texts(card_.Rows(table)); }
   Lines Log() { return card_.log().Lines(); }
   /// A text that shows each line on its own, for comparison with a raw string.
   static std::string Shown(const Lines& lines) {

@@ -50,6 +50,14 @@ TEST_F(VrfTest, AVlanIsNotAssociatedWithAVrfThatWasNotCreated) {
   EXPECT_EQ(Rows("associations"), Lines{});
 }
 
+TEST_F(VrfTest, NumbersThatAreNoVlansAreRefused) {
+  for (const int vlan_id : {-1, 0, 4095, 65636}) {
+    EXPECT_EQ(ingress_.AssociateVlanToVrf(vlan_id, 0), BCM_E_PARAM) << vlan_id;
+    EXPECT_EQ(ingress_.DissociateVlanfromVrf(vlan_id, 0), BCM_E_PARAM) << vlan_id;
+  }
+  EXPECT_EQ(ingress_.AssociateVlanToVrf(4094, 0), BCM_E_NONE);
+}
+
 TEST_F(VrfTest, OnlyTheAssociatedVrfCanBeTaken) {
   ingress_.CreateIngress(0, 1, 0);
   EXPECT_EQ(ingress_.DissociateVlanfromVrf(100, 1), BCM_E_NOT_FOUND);
