@@ -39,17 +39,12 @@ calls::Value ResultValue(const Result& result) {
   }
 }
 
-/// `work` is what the function does on the card; kIndex its place among the descriptions.
-template <int kIndex, typename Arguments, typename Work>
-auto Call(const Arguments& arguments, const Work& work) -> decltype(work()) {
+/// A call that the fault plan or the call log may have to do with.
+template <typename Arguments, typename Work>
+auto WatchedCall(Card& card, const calls::Function& function, const Arguments& arguments, const Work& work)
+    -> decltype(work()) {
   using Result = decltype(work());
-  constexpr const calls::Function& function = calls::kFunctions[kIndex];
-  static_assert(std::tuple_size_v<Arguments> == function.argument_count());
-  Card& card = Card::Get();
-  if (card.is_looking()) return work();
-
-  std::optional<int> planned;
-  if (!card.faults().empty()) planned = card.faults().Consult(function);
+  const std::optional<int> planned = card.faults().Consult(function);
   const auto record = [&](calls::Value result, bool injected, std::string thrown) {
     if (!card.log().Records(function.purpose)) return;
     calls::Call call = MakeCall(function, arguments);
@@ -78,6 +73,17 @@ auto Call(const Arguments& arguments, const Work& work) -> decltype(work()) {
     record({}, false, calls::Describe(exception));
     throw;
   }
+}
+
+/// `work` is what the function does on the card; kIndex its place among the descriptions.
+template <int kIndex, typename Arguments, typename Work>
+auto Call(const Arguments& arguments, const Work& work) -> decltype(work()) {
+  constexpr const calls::Function& function = calls::kFunctions[kIndex];
+  static_assert(std::tuple_size_v<Arguments> == function.argument_count());
+  Card& card = Card::Get();
+  const bool watched = !card.faults().empty() || card.log().Records(function.purpose);
+  if (!watched || card.is_looking()) return work();
+  return WatchedCall(card, function, arguments, work);
 }
 
 /// What `work` does on chip `unit`, of which the card has one.
