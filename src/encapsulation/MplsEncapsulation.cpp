@@ -1,4 +1,3 @@
-#include <optional>
 #include <utility>
 
 #include "../update/HalL3MplsEncapsulationUpd.h"
@@ -128,14 +127,6 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
   const bool drop = action == HAL_ACTION_DROP;
   const int port = drop ? BCM_E_PORT : resolved_port;
 
-  // A swap replace may delete the destination's interface: a destination that was made its own base is read from a
-  // copy.
-  std::optional<IntfObject> own_base;
-  if (vlan_intf == mpls_intf) {
-    own_base = *vlan_intf;
-  }
-  IntfObject* const swap_base = own_base ? &*own_base : vlan_intf;
-
   const auto fail = [&destination](en_HalMplsCapabilities capability) {
     HalCallbacksItf::getInstance()->log(kFailure, "Can't update %s encapsulation with %s",
                                         MplsCapabilityText(capability), destination.c_str());
@@ -150,7 +141,7 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
         break;
       case HAL_MPLS_CAPABILITY_SWAP:
         // Without an interface there is no old tunnel to start from.
-        if (mpls_intf == nullptr || !ReplaceMplsSwapTunnel(swap_base, mpls_intf->tunnel().type(), port, mac,
+        if (mpls_intf == nullptr || !ReplaceMplsSwapTunnel(vlan_intf, mpls_intf->tunnel().type(), port, mac,
                                                            take_labels(), &intf_id, &egress_id, drop)) {
           return fail(capability);
         }
