@@ -101,8 +101,9 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
                                         destination.c_str());
     return -1;
   }
-  int intf_id = correlator->intf_id;
-  int egress_id = correlator->egress_id;
+  const DestinationIdCorrelator old = *correlator;
+  int intf_id = old.intf_id;
+  int egress_id = old.egress_id;
   IntfObject* mpls_intf = nullptr;
   if (intf_id != invalid_intf_) {
     mpls_intf = FindIntf(intf_id);
@@ -169,11 +170,11 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
     }
   }
 
-  // A client may have destroyed the destination: it is looked for again, and the ids go only into a record that is
-  // still there.
+  // A client that destroyed, installed anew or replaced the destination has the last word: the record is looked for
+  // again, and the ids go only into one that still holds the old ones.
   auto& correlators = hal_bcm_common_->destination_id_correlators;
   const auto found = correlators.find(static_cast<int>(destination_id));
-  if (found != correlators.end()) {
+  if (found != correlators.end() && found->second.intf_id == old.intf_id && found->second.egress_id == old.egress_id) {
     found->second.intf_id = intf_id;
     found->second.egress_id = egress_id;
   }
