@@ -84,7 +84,7 @@ int Probe(unsigned char* mac, limid_t limid, unsigned vrf, TunnelObject::EnumTun
   IntfObject* intf = nullptr;
   rv += intfs.CreateIntf(unit, vrf, vlan_id, mac, 1500, 0) + intfs.UpdateIntf(1, unit, vrf, vlan_id, mac, 1500, 0);
   rv += intfs.DeleteIntf(unit, 1) + (intfs.GetIntfObject(1, &intf) ? 0 : 1);
-  const IntfObject seen = *intf;
+  const IntfObject& seen = *intf;
   MacAddress own_mac = seen.macsa();
   unsigned char* const own_bytes = own_mac.data();
   text += seen.ToString(true);

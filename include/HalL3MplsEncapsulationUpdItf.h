@@ -19,8 +19,10 @@ class __attribute__((visibility("default"))) HalL3MplsEncapsulationUpdItf {
   /// @param name clients are called in the byte-wise order of their names
   /// @param callback called inside the replace, on its caller's thread, after a forward or push tunnel has been
   ///        reprogrammed, with the destination id and the chip port (-18, read as unsigned, for a dropping one).
-  ///        It may call the module and this registry: changes of the registry count from the next replace on. What
-  ///        it throws leaves the replace, the later clients are not called, and the record keeps its old ids.
+  ///        Itself, never a copy: its state lasts from one call to the next, and one that is replaced while it runs
+  ///        lives until it has returned. It may call the module and this registry: changes of the registry count from
+  ///        the next replace on, and a destination that it destroys, installs anew or replaces stays as it made it.
+  ///        What it throws leaves the replace, the later clients are not called, and the record keeps its old ids.
   virtual void RegisterMplsUpdateClient(const std::string& name, std::function<void(int, unsigned int)>&& callback) = 0;
 };
 

@@ -15,7 +15,7 @@ class IntfManager {
   int UpdateIntf(int intf, unsigned int unit, int vrf, unsigned int vlan_id, unsigned char* mac, unsigned int mtu,
                  unsigned int l3_flags);
   int DeleteIntf(int unit, int intf);
-  /// False, and nothing written, when there is no such interface.
+  /// False when there is no such interface: `*object` is then not to be read.
   bool GetIntfObject(int intf, IntfObject** object);
 };
 

@@ -25,7 +25,7 @@ typedef enum limid_type_e : int {
 /// The three decoders write through the pointer on success only. 0 on success, a negative SDK code otherwise.
 int limid_to_type(limid_t limid, unsigned char* type);
 int limid_to_ifindex(limid_t limid, unsigned int* ifindex);
-/// Writes at most `size` bytes, the closing NUL included.
+/// Writes at most `size` bytes, the closing NUL included; what it leaves behind the NUL is not to be read.
 int limid_to_intfname(limid_t limid, char* name, size_t size);
 
 /// Nonzero when the lim id is of that kind.

@@ -1,6 +1,7 @@
 #include "hal/IntfManager.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "softcard/Funnel.h"
 
@@ -46,9 +47,11 @@ int IntfManager::DeleteIntf(int unit, int intf) {
 }
 
 bool IntfManager::GetIntfObject(int intf, IntfObject** object) {
-  return Call<Named("IntfManager::GetIntfObject")>(Args(intf), [&] {
-    IntfObject* const found = TheTables().intfs.Find(intf);
-    if (found) *object = found;
-    return found != nullptr;
+  const bool found = Call<Named("IntfManager::GetIntfObject")>(Args(intf), [&] {
+    *object = TheTables().intfs.Find(intf);
+    return *object != nullptr;
   });
+  // Nobody may read the pointer after a false, a planned one included: it leads nowhere.
+  if (!found) std::memset(object, '#', sizeof *object);
+  return found;
 }

@@ -37,6 +37,8 @@ int limid_to_intfname(limid_t limid, char* name, size_t size) {
       const std::string text = LimIdName(limid);
       const size_t length = text.copy(name, size - 1);
       name[length] = '\0';
+      // Nobody may read behind the NUL: whoever does shall see it.
+      std::fill(name + length + 1, name + size, '#');
     });
   });
 }

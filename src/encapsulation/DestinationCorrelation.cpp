@@ -18,6 +18,7 @@ void HalL3MplsEncapsulationBcm::StoreDestinationIdCorrelator(DestinationIdCorrel
 }
 
 bool HalL3MplsEncapsulationBcm::GetDestinationIdCorrelator(int id, DestinationIdCorrelator** out) const {
+  *out = nullptr;  // before anything is logged
   *out = GetDestinationIdCorrelator(id);
   return *out != nullptr;
 }

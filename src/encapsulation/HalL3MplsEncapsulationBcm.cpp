@@ -12,7 +12,8 @@
 
 namespace {
 
-const char* bcm_errmsg(int rv) {
+/// The SDK's text for a status.
+const char* StatusText(int rv) {
   constexpr int kUnknown = 19;
   return _shr_errmsg[rv <= BCM_E_NONE && rv >= BCM_E_PORT ? -rv : kUnknown];
 }
@@ -45,13 +46,13 @@ int HalL3MplsEncapsulationBcm::InitEncapsulationModule() const {
   if (egress_rv < 0) {
     HalCallbacksItf::getInstance()->log(kFailure,
                                         "Could not init encapsulation module L3 egress mode: bcm_err='%s' [%d]",
-                                        bcm_errmsg(egress_rv), egress_rv);
+                                        StatusText(egress_rv), egress_rv);
   }
   const int ingress_rv = bcm_switch_control_set(unit(), bcmSwitchL3IngressMode, 1);
   if (ingress_rv < 0) {
     HalCallbacksItf::getInstance()->log(kFailure,
                                         "Could not init encapsulation module L3 ingress mode: bcm_err='%s' [%d]",
-                                        bcm_errmsg(ingress_rv), ingress_rv);
+                                        StatusText(ingress_rv), ingress_rv);
   }
   if (egress_rv < 0 || ingress_rv < 0) {
     return -1;

@@ -115,8 +115,15 @@ class HalL3MplsEncapsulationBcm : public HalL3MplsEncapsulationInterface, public
   int CreateTunnelIntf(const IntfObject& base) const;
   int UpdateTunnelIntf(int intf_id, const IntfObject& base) const;
   void DeleteIntf(int intf_id) const;
+  // The VLAN id is asked of `vlan_id` when it is needed: of the interface to leave through, or of what was read of it.
+
+  /// The install's steps. With fewer than two labels there is no tunnel, and `base` may be gone already.
+  template <typename VlanId>
+  bool InstallSwapTunnel(IntfObject* base, const VlanId& vlan_id, int port, unsigned char* mac,
+                         std::vector<unsigned int>* labels, int* intf_id, int* egress_id, bool drop) const;
   /// An egress object that swaps `label` in: its id or a negative SDK code.
-  int CreateSwapEgress(int intf_id, unsigned char* mac, const IntfObject& base, int port, unsigned int label,
+  template <typename VlanId>
+  int CreateSwapEgress(int intf_id, unsigned char* mac, const VlanId& vlan_id, int port, unsigned int label,
                        bool drop) const;
 
   static HalL3MplsEncapsulationBcm* instance_;

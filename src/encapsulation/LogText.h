@@ -56,12 +56,14 @@ class LimIdText {
     unsigned int value = 0;
     limid_to_ifindex(limid, &value);
     char* const name = Write(text_, "lim id(name=");
+    std::memset(name, 0, kNameSize + 1);  // one more than the platform may write: the name ends there at the latest
     limid_to_intfname(limid, name, kNameSize);
 
+    // Behind the name's NUL lies what the platform left there: the text goes over it and ends itself.
     char* end = name + std::strlen(name);
     end = WriteHexDigits(Write(end, ", type=0x"), type, 2);
     end = WriteHexDigits(Write(end, ", value=0x"), value, 6);
-    *end = ')';
+    std::memcpy(end, ")", 2);
   }
 
   const char* c_str() const { return text_; }
@@ -75,7 +77,7 @@ class LimIdText {
     return text + N - 1;
   }
 
-  char text_[sizeof("lim id(name=, type=0x00, value=0x000000)") + kNameSize] = {};
+  char text_[sizeof("lim id(name=, type=0x00, value=0x000000)") + kNameSize];
 };
 
 /// "MPLS Capability(Push)"; values that are no enumerator are Unknown.

@@ -1,4 +1,3 @@
-#include <optional>
 #include <utility>
 
 #include "../update/HalL3MplsEncapsulationUpd.h"
@@ -102,8 +101,9 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
                                         destination.c_str());
     return -1;
   }
-  int intf_id = correlator->intf_id;
-  int egress_id = correlator->egress_id;
+  const DestinationIdCorrelator old = *correlator;
+  int intf_id = old.intf_id;
+  int egress_id = old.egress_id;
   IntfObject* mpls_intf = nullptr;
   if (intf_id != invalid_intf_) {
     mpls_intf = FindIntf(intf_id);
@@ -128,14 +128,6 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
   const bool drop = action == HAL_ACTION_DROP;
   const int port = drop ? BCM_E_PORT : resolved_port;
 
-  // A swap replace may delete the destination's interface: a destination that was made its own base is read from a
-  // copy.
-  std::optional<IntfObject> own_base;
-  if (vlan_intf == mpls_intf) {
-    own_base = *vlan_intf;
-  }
-  IntfObject* const swap_base = own_base ? &*own_base : vlan_intf;
-
   const auto fail = [&destination](en_HalMplsCapabilities capability) {
     HalCallbacksItf::getInstance()->log(kFailure, "Can't update %s encapsulation with %s",
                                         MplsCapabilityText(capability), destination.c_str());
@@ -150,7 +142,7 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
         break;
       case HAL_MPLS_CAPABILITY_SWAP:
         // Without an interface there is no old tunnel to start from.
-        if (mpls_intf == nullptr || !ReplaceMplsSwapTunnel(swap_base, mpls_intf->tunnel().type(), port, mac,
+        if (mpls_intf == nullptr || !ReplaceMplsSwapTunnel(vlan_intf, mpls_intf->tunnel().type(), port, mac,
                                                            take_labels(), &intf_id, &egress_id, drop)) {
           return fail(capability);
         }
@@ -178,11 +170,11 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
     }
   }
 
-  // A client may have destroyed the destination: it is looked for again, and the ids go only into a record that is
-  // still there.
+  // A client that destroyed, installed anew or replaced the destination has the last word: the record is looked for
+  // again, and the ids go only into one that still holds the old ones.
   auto& correlators = hal_bcm_common_->destination_id_correlators;
   const auto found = correlators.find(static_cast<int>(destination_id));
-  if (found != correlators.end()) {
+  if (found != correlators.end() && found->second.intf_id == old.intf_id && found->second.egress_id == old.egress_id) {
     found->second.intf_id = intf_id;
     found->second.egress_id = egress_id;
   }

@@ -21,42 +21,52 @@ bool HasTunnelLabel(const std::vector<unsigned int>& labels) { return labels.siz
 
 }  // namespace
 
-int HalL3MplsEncapsulationBcm::CreateSwapEgress(int intf_id, unsigned char* mac, const IntfObject& base, int port,
+template <typename VlanId>
+int HalL3MplsEncapsulationBcm::CreateSwapEgress(int intf_id, unsigned char* mac, const VlanId& vlan_id, int port,
                                                 unsigned int label, bool drop) const {
-  return resource_manager_->egress_mng()->CreateEgress(intf_id, mac, static_cast<unsigned short>(base.vlan_id()),
-                                                       unit(), port, label, false, drop, EXP_LABEL_CONTROL_SWAP);
+  EgressManager* const egress_mng = resource_manager_->egress_mng();
+  const auto vlan = static_cast<unsigned short>(vlan_id());
+  return egress_mng->CreateEgress(intf_id, mac, vlan, unit(), port, label, false, drop, EXP_LABEL_CONTROL_SWAP);
 }
 
-bool HalL3MplsEncapsulationBcm::InstallMplsSwapTunnel(IntfObject* intf_object, int port, unsigned char* mac,
-                                                      std::vector<unsigned int> labels, int* intf_id, int* egress_id,
-                                                      bool drop) const {
+template <typename VlanId>
+bool HalL3MplsEncapsulationBcm::InstallSwapTunnel(IntfObject* base, const VlanId& vlan_id, int port, unsigned char* mac,
+                                                  std::vector<unsigned int>* labels, int* intf_id, int* egress_id,
+                                                  bool drop) const {
   HalCallbacksItf::getInstance()->log(kProgress, "Installing tunnel outgoing encapsulation for %s", SwapText());
 
-  const unsigned int label = SwappedLabel(labels);
-  const bool has_tunnel = HasTunnelLabel(labels);
+  const unsigned int label = SwappedLabel(*labels);
+  const bool has_tunnel = HasTunnelLabel(*labels);
   if (has_tunnel) {
-    *intf_id = CreateTunnelIntf(*intf_object);
+    *intf_id = CreateTunnelIntf(*base);
     if (*intf_id < 0) {
       HalCallbacksItf::getInstance()->log(kFailure, "Error creating an intf for tunnel %s!", SwapText());
       return false;
     }
-    if (SetMplsTunnelInitiator(HAL_MPLS_CAPABILITY_SWAP, *intf_id, std::move(labels)) < 0) {
+    if (SetMplsTunnelInitiator(HAL_MPLS_CAPABILITY_SWAP, *intf_id, std::move(*labels)) < 0) {
       DeleteIntf(*intf_id);
       return false;
     }
   }
 
-  *egress_id = CreateSwapEgress(*intf_id, mac, *intf_object, port, label, drop);
+  *egress_id = CreateSwapEgress(*intf_id, mac, vlan_id, port, label, drop);
   if (*egress_id < 0) {
     if (has_tunnel) {
       // The initiator of the interface to leave through, not of the one made above: this is meant.
-      ClearMplsTunnelInitiator(intf_object->id());
+      ClearMplsTunnelInitiator(base->id());
       DeleteIntf(*intf_id);
     }
     HalCallbacksItf::getInstance()->log(kFailure, "Error creating an egress for tunnel %s!", SwapText());
     return false;
   }
   return true;
+}
+
+bool HalL3MplsEncapsulationBcm::InstallMplsSwapTunnel(IntfObject* intf_object, int port, unsigned char* mac,
+                                                      std::vector<unsigned int> labels, int* intf_id, int* egress_id,
+                                                      bool drop) const {
+  const auto vlan_id = [&] { return intf_object->vlan_id(); };
+  return InstallSwapTunnel(intf_object, vlan_id, port, mac, &labels, intf_id, egress_id, drop);
 }
 
 bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, TunnelObject::EnumTunnelType old_type,
@@ -69,9 +79,10 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
   const unsigned int label = SwappedLabel(labels);
   const bool has_tunnel = HasTunnelLabel(labels);
   const auto update_egress = [&] {
-    if (resource_manager_->egress_mng()->UpdateEgress(*egress_id, *intf_id, mac,
-                                                      static_cast<unsigned short>(intf_object->vlan_id()), unit(), port,
-                                                      label, false, drop, EXP_LABEL_CONTROL_SWAP) < 0) {
+    EgressManager* const egress_mng = resource_manager_->egress_mng();
+    const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
+    if (egress_mng->UpdateEgress(*egress_id, *intf_id, mac, vlan_id, unit(), port, label, false, drop,
+                                 EXP_LABEL_CONTROL_SWAP) < 0) {
       HalCallbacksItf::getInstance()->log(kFailure, "Error updating an egress for tunnel %s!", SwapText());
       return false;
     }
@@ -84,11 +95,15 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
       return false;
     }
     if (!has_tunnel) {
+      // A destination can be its own base, which is then gone with the old tunnel: it is not touched any more.
+      const int base_intf_id = intf_object->id();
+      const unsigned int base_vlan_id = intf_object->vlan_id();
       resource_manager_->egress_mng()->DeleteEgress(*egress_id);
       DeleteIntf(*intf_id);
-      *intf_id = intf_object->id();
+      *intf_id = base_intf_id;
       // It may fail: the old tunnel is gone all the same, and the record takes what was written.
-      InstallMplsSwapTunnel(intf_object, port, mac, std::move(labels), intf_id, egress_id, drop);
+      const auto vlan_id = [&] { return base_vlan_id; };
+      InstallSwapTunnel(intf_object, vlan_id, port, mac, &labels, intf_id, egress_id, drop);
       return true;
     }
     *intf_id = UpdateTunnelIntf(*intf_id, *intf_object);
@@ -126,7 +141,8 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
   }
   // Label 0 is not updated in place: the egress object is made anew.
   resource_manager_->egress_mng()->DeleteEgress(*egress_id);
-  *egress_id = CreateSwapEgress(*intf_id, mac, *intf_object, port, label, drop);
+  const auto vlan_id = [&] { return intf_object->vlan_id(); };
+  *egress_id = CreateSwapEgress(*intf_id, mac, vlan_id, port, label, drop);
   if (*egress_id < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Error creating an egress for tunnel %s!", SwapText());
     return false;

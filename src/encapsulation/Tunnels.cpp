@@ -96,9 +96,10 @@ bool HalL3MplsEncapsulationBcm::InstallMplsForwardPushTunnel(en_HalMplsCapabilit
     return false;
   }
 
+  EgressManager* const egress_mng = resource_manager_->egress_mng();
+  const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
   *egress_id =
-      resource_manager_->egress_mng()->CreateEgress(*intf_id, mac, static_cast<unsigned short>(intf_object->vlan_id()),
-                                                    unit(), port, kNoLabel, false, drop, EXP_LABEL_CONTROL_NONE);
+      egress_mng->CreateEgress(*intf_id, mac, vlan_id, unit(), port, kNoLabel, false, drop, EXP_LABEL_CONTROL_NONE);
   if (*egress_id < 0) {
     ClearMplsTunnelInitiator(*intf_id);
     DeleteIntf(*intf_id);
@@ -132,9 +133,10 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsForwardPushTunnel(en_HalMplsCapabilit
 
   // 0, where the install passes no label: this is meant.
   constexpr unsigned int kReplaceLabel = 0;
-  if (resource_manager_->egress_mng()->UpdateEgress(*egress_id, *intf_id, mac,
-                                                    static_cast<unsigned short>(intf_object->vlan_id()), unit(), port,
-                                                    kReplaceLabel, false, drop, EXP_LABEL_CONTROL_NONE) < 0) {
+  EgressManager* const egress_mng = resource_manager_->egress_mng();
+  const auto vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
+  if (egress_mng->UpdateEgress(*egress_id, *intf_id, mac, vlan_id, unit(), port, kReplaceLabel, false, drop,
+                               EXP_LABEL_CONTROL_NONE) < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Error updating an egress for tunnel %s!",
                                         MplsCapabilityText(capability));
     return false;

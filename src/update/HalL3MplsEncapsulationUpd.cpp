@@ -1,6 +1,7 @@
 #include "HalL3MplsEncapsulationUpd.h"
 
 #include <utility>
+#include <vector>
 
 #include "../encapsulation/LogText.h"
 #include "hal/HalCallbacksItf.h"
@@ -20,22 +21,29 @@ HalL3MplsEncapsulationUpd* HalL3MplsEncapsulationUpd::GetInstance() {
 
 void HalL3MplsEncapsulationUpd::RegisterMplsUpdateClient(const std::string& name,
                                                          std::function<void(int, unsigned int)>&& callback) {
-  const auto existing = clients_.find(name);
-  if (existing != clients_.end()) {
+  auto client = std::make_shared<Callback>(std::move(callback));
+  std::shared_ptr<Callback>& registered = clients_[name];
+  if (registered != nullptr) {
     HalCallbacksItf::getInstance()->log(kProgress, "Client %s already registered, remove old one!", name.c_str());
-    clients_.erase(existing);
+    registered = nullptr;
   }
-  clients_.emplace(name, std::move(callback));
+  registered = std::move(client);
 }
 
 void HalL3MplsEncapsulationUpd::ExecuteMplsUpdate(int destination_id, unsigned int port) const {
-  // Over a copy: a client may register clients, itself included, from inside its callback.
-  const auto clients = clients_;
-  for (const auto& [name, callback] : clients) {
-    if (callback) {
-      HalCallbacksItf::getInstance()->log(kProgress, "Calling callback for client %s.", name.c_str());
-      callback(destination_id, port);
+  // A client may register clients, itself included, from inside its callback: those of now are called. Names stay in
+  // the map for good.
+  std::vector<std::pair<const char*, std::shared_ptr<Callback>>> clients;
+  clients.reserve(clients_.size());
+  for (const auto& [name, callback] : clients_) {
+    clients.emplace_back(name.c_str(), callback);
+  }
+  for (auto& [name, callback] : clients) {
+    if (callback != nullptr && *callback) {
+      HalCallbacksItf::getInstance()->log(kProgress, "Calling callback for client %s.", name);
+      (*callback)(destination_id, port);
     }
+    callback = nullptr;
   }
 }
 

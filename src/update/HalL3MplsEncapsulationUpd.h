@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "HalL3MplsEncapsulationUpdItf.h"
@@ -16,11 +17,16 @@ class HalL3MplsEncapsulationUpd : public HalL3MplsEncapsulationUpdItf {
 
   void RegisterMplsUpdateClient(const std::string& name, std::function<void(int, unsigned int)>&& callback) override;
 
-  /// Calls every client that has a callback, in the order of their names. What a client throws passes through.
+  /// Calls every client that has a callback, in the order of their names: the callbacks that are registered when it
+  /// begins, whatever they register themselves. What a client throws passes through.
   void ExecuteMplsUpdate(int destination_id, unsigned int port) const;
 
  private:
-  std::map<std::string, std::function<void(int, unsigned int)>> clients_;
+  using Callback = std::function<void(int, unsigned int)>;
+
+  /// Callbacks are never copied: they may have a state. Shared with the updates that call them, so that one which is
+  /// replaced meanwhile lives until it has returned.
+  std::map<std::string, std::shared_ptr<Callback>> clients_;
 };
 
 }  // namespace hal_encap

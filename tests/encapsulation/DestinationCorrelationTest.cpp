@@ -1,5 +1,8 @@
+#include <new>
+
 #include "src/encapsulation/HalL3MplsEncapsulationBcm.h"
 #include "tests/encapsulation/ModuleTest.h"
+#include "tests/proof/Allocations.h"
 
 // The registry's operations are private: an explicit instantiation may name them, and hands them out through a friend.
 
@@ -79,6 +82,15 @@ TEST_F(DestinationCorrelationTest, LookupsOfAnAbsentIdGiveNullAndTheSameLine) {
 log 3: Couldn't find DestinationIdCorrelator with destination id(7)
 log 3: Couldn't find DestinationIdCorrelator with destination id(7)
 )");
+}
+
+TEST_F(DestinationCorrelationTest, LookupSetsItsTargetToNullBeforeAnythingIsLogged) {
+  DestinationIdCorrelator other{};
+  DestinationIdCorrelator* found = &other;
+  allocations::FailNth(1);  // of the card, which writes the line
+  EXPECT_THROW(Call(FindInto{}, 7, &found), std::bad_alloc);
+  EXPECT_TRUE(allocations::HasFailed());
+  EXPECT_EQ(found, nullptr);
 }
 
 TEST_F(DestinationCorrelationTest, DeleteOfAnAbsentIdOnlySaysSo) {

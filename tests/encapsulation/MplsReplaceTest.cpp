@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "HalL3MplsEncapsulationUpdItf.h"
+#include "hal/HalBcmCommon.h"
 #include "tests/encapsulation/ModuleTest.h"
 
 namespace {
@@ -283,6 +284,58 @@ TEST_F(MplsReplaceTest, ClientMayDestroyTheDestinationAndNothingIsWritten) {
   EXPECT_EQ(Replace({100}, {kPush}), 0);
   EXPECT_EQ(Trace(), "\n") << "the record is looked for without a log line";
   EXPECT_EQ(Rows("destinations"), "\ndestination 10: intf=1 egress=0\n");
+}
+
+TEST_F(MplsReplaceTest, ClientThatInstallsTheDestinationAnewHasTheLastWord) {
+  Install({100}, {kPush});
+  SetClient([this](int, unsigned int) {
+    EXPECT_EQ(module_.DestroyMplsUnprotectedOutgoingEncapsulation(9), 0);
+    EXPECT_EQ(Install({200}, {kPush}), 0);
+  });
+  EXPECT_EQ(Replace({100}, {kPush}), 0);
+  EXPECT_EQ(Trace(), "\n") << "the record is looked for without a log line";
+  EXPECT_EQ(Record(), "destination 9: intf=3 egress=100002\n");
+}
+
+TEST_F(MplsReplaceTest, RecordIsWrittenOnlyWhenItStillHoldsBothIds) {
+  for (int DestinationIdCorrelator::*const id :
+       {&DestinationIdCorrelator::intf_id, &DestinationIdCorrelator::egress_id}) {
+    Install({100}, {kPush});
+    DestinationIdCorrelator& record = HalBcmCommon::GetInstance()->destination_id_correlators.at(9);
+    const DestinationIdCorrelator old = record;
+    SetClient([&](int, unsigned int) { record.*id = 77; });
+    faults().FailNth("IntfManager::UpdateIntf", 1, 1);  // the id that the replace would write
+    EXPECT_EQ(Replace({100}, {kPush}), 0);
+    EXPECT_EQ(record.*id, 77);
+    EXPECT_EQ(record.intf_id == 77 ? record.egress_id : record.intf_id,
+              record.intf_id == 77 ? old.egress_id : old.intf_id);
+    record = old;
+    module_.DestroyMplsUnprotectedOutgoingEncapsulation(9);
+  }
+}
+
+TEST_F(MplsReplaceTest, ClientThatReplacesTheDestinationHasTheLastWord) {
+  Install({100}, {kPush});
+  SetClient([this](int, unsigned int) { EXPECT_EQ(Replace({16}, {kSwap}), 0); });
+  EXPECT_EQ(Replace({100}, {kPush}), 0);
+  EXPECT_EQ(Record(), "destination 9: intf=1 egress=100002\n");
+}
+
+TEST_F(MplsReplaceTest, ClientKeepsItsStateAndIsNeverCopied) {
+  struct Client {
+    explicit Client(std::string* notices) : notices_(notices) {}
+    Client(Client&&) = default;
+    Client(const Client& other) : notices_(other.notices_) { throw std::runtime_error("copied"); }
+    void operator()(int, unsigned int) { *notices_ += std::to_string(++calls_) + " "; }
+
+    std::string* notices_;
+    int calls_ = 0;
+  };
+  Install({100}, {kPush});
+  SetClient(Client(&notices_));
+  EXPECT_EQ(Replace({100}, {kPush}), 0);
+  EXPECT_EQ(Replace({100}, {kPush}), 0);
+  EXPECT_EQ(notices_, "1 2 ");
 }
 
 TEST_F(MplsReplaceTest, ClientMayCallTheModuleAndTheRegistry) {

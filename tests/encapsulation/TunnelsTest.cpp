@@ -296,13 +296,21 @@ EgressManager::CreateEgress(intf=1, mac=00:00:5e:00:01:02, vlan=100, unit=0, por
   const softcard::Record record(card_.log(), softcard::CallLog::Recording::kAll);
   Forget();
   EXPECT_TRUE(ReplaceSwap(kMplsTunnel, {17}));
-  std::string order;
+  std::string order = "\n";
   for (const std::string& line : card_.log().Lines()) {
-    for (const char* const name : {"DeleteIntf", "IntfObject::id", "HwObject::vlan_id", "CreateEgress"}) {
-      order += line.find(name) != std::string::npos ? std::string(name) + " " : "";
+    for (const char* const name :
+         {"initiator_clear", "IntfObject::", "HwObject::", "DeleteEgress", "DeleteIntf", "CreateEgress"}) {
+      order += line.find(name) != std::string::npos ? line.substr(0, line.find('(')) + "\n" : "";
     }
   }
-  EXPECT_EQ(order, "DeleteIntf IntfObject::id HwObject::vlan_id CreateEgress ") << "the base is read when it is needed";
+  EXPECT_EQ(order, R"(
+bcm_mpls_tunnel_initiator_clear
+IntfObject::id
+HwObject::vlan_id
+EgressManager::DeleteEgress
+IntfManager::DeleteIntf
+EgressManager::CreateEgress
+)") << "the base is read before it may go, and not again";
 
   InstallSwap({16, 300});
   faults().FailNth("EgressManager::CreateEgress", 1, BCM_E_FULL);

@@ -16,7 +16,7 @@ std::vector<Request> Generator::Sequence(int length) {
   requests[1].limid = "vlan100";
   while (static_cast<int>(requests.size()) < length) {
     requests.push_back(Any(false));
-    if (OneIn(3)) requests.back().faults = Faults();
+    if (OneIn(2)) requests.back().faults = Faults();
   }
   return requests;
 }
@@ -45,11 +45,23 @@ Request Generator::Any(bool nested) {
       if (nested || OneIn(2)) break;
       request.kind = ClientKind::kCalls;
       for (int calls = 1 + Below(3); calls > 0; --calls) request.calls.push_back(Any(true));
+      if (OneIn(3)) InstallAnew(&request.calls);
       break;
     }
     default: break;
   }
   return request;
+}
+
+void Generator::InstallAnew(std::vector<Request>* requests) {
+  Request destroy{}, install{};
+  destroy.operation = Operation::kDestroyMpls;
+  install.operation = Operation::kInstallMpls;
+  destroy.dest = install.dest = OneOf({1u, 2u, 3u});
+  install.base = 10;
+  Mpls(&install);
+  requests->push_back(destroy);
+  requests->push_back(install);
 }
 
 void Generator::Vlan(Request* request) {
@@ -69,7 +81,7 @@ void Generator::Host(Request* request) {
 void Generator::Mpls(Request* request) {
   request->limid = OneOf({"eth1", "eth48", "lag1", "cpu"});
   if (OneIn(8)) request->limid = OneOf({"vlan100", "eth99", "lag99", "0x0"});
-  for (int labels = OneOf({0, 1, 1, 1, 2, 2, 3}); labels > 0; --labels) {
+  for (int labels = OneOf({0, 1, 1, 2, 2, 2, 3}); labels > 0; --labels) {
     request->labels.push_back(OneOf({100u, 200u, 0u, 0u, 3u, 1048575u}));
     if (OneIn(20)) request->labels.back() = OneOf({1048576u, 0x80000000u, 0xFFFFFFFFu});
   }

@@ -18,10 +18,11 @@ class Generator {
 
  private:
   Request Any(bool nested);
-  Request Client();
   void Vlan(Request* request);
   void Host(Request* request);
   void Mpls(Request* request);
+  /// Takes an MPLS destination down and installs another by its id.
+  void InstallAnew(std::vector<Request>* requests);
   std::vector<Fault> Faults();
 
   int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }

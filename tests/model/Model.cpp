@@ -104,10 +104,7 @@ class Model::Walk {
       case Verb::kFind: return Find(step.subject, Number(step.operands[0]));
       case Verb::kObject: return Object(step.subject, Number(step.operands[0]));
       case Verb::kStore: Store(step); break;
-      case Verb::kRewrite:
-        if (const auto found = model_.registry_.find(Number(step.operands[0])); found != model_.registry_.end())
-          found->second = {Number(step.operands[1]), Number(step.operands[2])};
-        break;
+      case Verb::kRewrite: Rewrite(step); break;
       case Verb::kForget: Forget(Number(step.operands[0])); break;
       case Verb::kNotify: Notify(Number(step.operands[0]), static_cast<unsigned>(Number(step.operands[1]))); break;
       case Verb::kThrow: throw Thrown{Text(step.text)};
@@ -222,6 +219,14 @@ class Model::Walk {
                          ", but there was already a member with the same identifier.");
   }
 
+  /// Only what is as it was when the request came: a client may have made another record of it.
+  void Rewrite(const Step& step) {
+    const auto found = model_.registry_.find(Number(step.operands[0]));
+    const Record old = {static_cast<int>(Slot("record.intf")), static_cast<int>(Slot("record.egress"))};
+    if (found != model_.registry_.end() && found->second == old)
+      found->second = {Number(step.operands[1]), Number(step.operands[2])};
+  }
+
   void Forget(int dest) {
     if (model_.registry_.erase(dest) == 0)
       transcript_.Expect("log 3: Couldn't delete DestinationIdCorrelator with " + ValueText("destination", dest));
@@ -232,7 +237,7 @@ class Model::Walk {
     for (const auto& [name, client] : clients) {
       if (client.kind == ClientKind::kEmpty) continue;
       transcript_.Expect("log 7: Calling callback for client " + name + '.');
-      transcript_.Expect(NotifiedLine(name, dest, port));
+      transcript_.Expect(NotifiedLine(name, dest, port, ++*client.told));
       if (client.kind == ClientKind::kThrows) throw Thrown{"client " + name};
       if (client.kind != ClientKind::kCalls || !model_.calling_.insert(name).second) continue;
       for (const auto& request : client.calls) model_.Answer(request, transcript_, nested_);
@@ -251,7 +256,7 @@ class Model::Walk {
 };
 
 Model::Model(const std::set<std::string>& silent) {
-  for (const auto& name : silent) clients_[name] = {ClientKind::kEmpty, {}};
+  for (const auto& name : silent) clients_[name] = {ClientKind::kEmpty, {}, nullptr};
 }
 
 void Model::Follow(const Request& request, Transcript& transcript, std::deque<Facts>& facts) {
@@ -281,7 +286,7 @@ void Model::Answer(const Request& request, Transcript& transcript, std::deque<Fa
 void Model::Register(const Request& request, Transcript& transcript) {
   if (clients_.count(request.client))
     transcript.Expect("log 7: Client " + request.client + " already registered, remove old one!");
-  clients_[request.client] = {request.kind, request.calls};
+  clients_[request.client] = {request.kind, request.calls, std::make_shared<int>(0)};
 }
 
 }  // namespace model

@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -81,6 +82,7 @@ class Model {
   struct Client {
     ClientKind kind;
     std::vector<Request> calls;
+    std::shared_ptr<int> told;  ///< how often since it was registered; copies are the same client
   };
   void Register(const Request& request, Transcript& transcript);
   void Answer(const Request& request, Transcript& transcript, std::deque<Facts>& facts);
@@ -93,8 +95,8 @@ class Model {
 /// The line that closes a request's transcript.
 std::string ReturnLine(int result);
 std::string ThrowLine(const std::string& what);
-/// The line that a client leaves when it is called.
-std::string NotifiedLine(const std::string& client, int dest, unsigned port);
+/// The line that a client leaves when it is called for the `nth` time since it was registered.
+std::string NotifiedLine(const std::string& client, int dest, unsigned port, int nth);
 
 }  // namespace model
 

@@ -141,8 +141,9 @@ void Subject::Register(const Request& request) {
   names_.insert(request.client);
   std::function<void(int, unsigned)> callback;
   if (request.kind != ClientKind::kEmpty)
-    callback = [this, name = request.client, kind = request.kind, calls = request.calls](int dest, unsigned port) {
-      Note(NotifiedLine(name, dest, port));
+    callback = [this, name = request.client, kind = request.kind, calls = request.calls, told = 0](
+                   int dest, unsigned port) mutable {
+      Note(NotifiedLine(name, dest, port, ++told));
       if (kind == ClientKind::kThrows) throw std::runtime_error("client " + name);
       // A client whose own requests notify it does not start over.
       if (kind != ClientKind::kCalls || !calling_.insert(name).second) return;

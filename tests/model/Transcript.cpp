@@ -8,8 +8,9 @@ std::string ReturnLine(int result) { return "returns " + std::to_string(result);
 
 std::string ThrowLine(const std::string& what) { return "throws " + what; }
 
-std::string NotifiedLine(const std::string& client, int dest, unsigned port) {
-  return "client " + client + " is told " + std::to_string(dest) + ", " + std::to_string(port);
+std::string NotifiedLine(const std::string& client, int dest, unsigned port, int nth) {
+  return "client " + client + " is told " + std::to_string(dest) + ", " + std::to_string(port) + ", call " +
+         std::to_string(nth);
 }
 
 void Transcript::Expect(const std::string& line) {

@@ -57,11 +57,26 @@ TEST_F(ACallback, MayDestroyTheBaseOfItsDestination) {
   EXPECT_EQ(subject_.registry().at(20), record_);
 }
 
-TEST_F(ACallback, MayDestroyAndInstallItsOwnDestinationWhoseRecordThenGetsTheIdsOfTheReplace) {
+TEST_F(ACallback, ThatDestroysAndInstallsItsDestinationHasTheLastWord) {
   subject_.Run(Client("a", ClientKind::kCalls,
                       {"destroy-mpls 20", "install-mpls 20 vlan=10 lim=eth3 mac=02:00:00:00:00:02 labels=1,2 caps=4"}));
   EXPECT_EQ(Replace().back(), "returns 0");
-  EXPECT_EQ(subject_.registry().at(20), record_);
+  EXPECT_EQ(subject_.registry().at(20), (Record{3, 100002}));
+}
+
+TEST_F(ACallback, ThatMovesItsDestinationOutOfTheTunnelHasTheLastWord) {
+  subject_.Run(
+      Client("a", ClientKind::kCalls, {"replace-mpls 20 vlan=10 lim=eth3 mac=02:00:00:00:00:02 labels=16 caps=2"}));
+  EXPECT_EQ(Replace().back(), "returns 0");
+  EXPECT_EQ(subject_.registry().at(20), (Record{1, 100002}));
+}
+
+TEST_F(ACallback, KeepsItsStateFromOneReplaceToTheNextUntilItIsReplaced) {
+  subject_.Run(Client("a", ClientKind::kRecords));
+  EXPECT_EQ(Count(Replace(), "client a is told 20, 2, call 1"), 1);
+  EXPECT_EQ(Count(Replace(), "client a is told 20, 2, call 2"), 1);
+  subject_.Run(Client("a", ClientKind::kRecords));
+  EXPECT_EQ(Count(Replace(), "client a is told 20, 2, call 1"), 1);
 }
 
 TEST_F(ACallback, MayReplaceItsOwnDestination) {
@@ -69,8 +84,8 @@ TEST_F(ACallback, MayReplaceItsOwnDestination) {
                       {"replace-mpls 20 vlan=10 lim=eth3 mac=02:00:00:00:00:02 labels=500,600 caps=4"}));
   const auto lines = Replace();
   EXPECT_EQ(lines.back(), "returns 0");
-  EXPECT_EQ(Count(lines, "client a is told 20, 2"), 1);
-  EXPECT_EQ(Count(lines, "client a is told 20, 3"), 1);
+  EXPECT_EQ(Count(lines, "client a is told 20, 2, call 1"), 1);
+  EXPECT_EQ(Count(lines, "client a is told 20, 3, call 2"), 1);
 }
 
 TEST_F(ACallback, MayInstallOtherDestinations) {
@@ -85,23 +100,23 @@ TEST_F(ACallback, MayInstallOtherDestinations) {
 TEST_F(ACallback, RegistersClientsThatAreToldFromTheNextReplaceOn) {
   subject_.Run(Client("b", ClientKind::kCalls, {"client a notify", "client c notify"}));
   const auto first = Replace(), second = Replace();
-  EXPECT_EQ(Count(first, "client a is told 20, 2"), 0);
-  EXPECT_EQ(Count(first, "client c is told 20, 2"), 0);
-  EXPECT_EQ(Count(second, "client a is told 20, 2"), 1);
-  EXPECT_EQ(Count(second, "client c is told 20, 2"), 1);
+  EXPECT_EQ(Count(first, "client a is told 20, 2, call 1"), 0);
+  EXPECT_EQ(Count(first, "client c is told 20, 2, call 1"), 0);
+  EXPECT_EQ(Count(second, "client a is told 20, 2, call 1"), 1);
+  EXPECT_EQ(Count(second, "client c is told 20, 2, call 1"), 1);
 }
 
 TEST_F(ACallback, MayRegisterItsOwnNameAnewAndRunsToItsEnd) {
   subject_.Run(Client("a", ClientKind::kCalls, {"client a empty", "destroy-mpls 20"}));
-  EXPECT_EQ(Count(Replace(), "client a is told 20, 2"), 1);
+  EXPECT_EQ(Count(Replace(), "client a is told 20, 2, call 1"), 1);
   EXPECT_EQ(subject_.registry().count(20), 0u);
 }
 
 TEST_F(ACallback, MaySilenceALaterClientFromTheNextReplaceOn) {
   subject_.Run(Client("b", ClientKind::kRecords));
   subject_.Run(Client("a", ClientKind::kCalls, {"client b empty"}));
-  EXPECT_EQ(Count(Replace(), "client b is told 20, 2"), 1);
-  EXPECT_EQ(Count(Replace(), "client b is told 20, 2"), 0);
+  EXPECT_EQ(Count(Replace(), "client b is told 20, 2, call 1"), 1);
+  EXPECT_EQ(Count(Replace(), "client b is told 20, 2, call 1"), 0);
 }
 
 TEST_F(ACallback, ThatThrowsEndsTheReplaceBeforeLaterClientsAndBeforeTheRecordIsWritten) {
@@ -113,8 +128,8 @@ TEST_F(ACallback, ThatThrowsEndsTheReplaceBeforeLaterClientsAndBeforeTheRecordIs
   replace.faults = {{"IntfManager::UpdateIntf", 1, 1}};
   const auto lines = subject_.Run(replace);
   EXPECT_EQ(lines.back(), "throws client b");
-  EXPECT_EQ(Count(lines, "client a is told 20, 2"), 1);
-  EXPECT_EQ(Count(lines, "client c is told 20, 2"), 0);
+  EXPECT_EQ(Count(lines, "client a is told 20, 2, call 1"), 1);
+  EXPECT_EQ(Count(lines, "client c is told 20, 2, call 1"), 0);
   EXPECT_EQ(subject_.registry().at(20), record_);
 }
 

@@ -65,10 +65,19 @@ TEST_F(IntfTest, AnotherUnitIsRefused) {
 TEST_F(IntfTest, AnUnknownInterfaceIsNotFound) {
   EXPECT_EQ(intfs_.UpdateIntf(1, 0, 1, 100, router_mac_, 1500, 0), BCM_E_NOT_FOUND);
   EXPECT_EQ(intfs_.DeleteIntf(0, 1), BCM_E_NOT_FOUND);
-  IntfObject untouched;
-  IntfObject* object = &untouched;
+}
+
+TEST_F(IntfTest, APointerToAnObjectThatIsNotFoundLeadsNowhere) {
+  IntfObject* object = nullptr;
   EXPECT_FALSE(intfs_.GetIntfObject(1, &object));
-  EXPECT_EQ(object, &untouched);
+  EXPECT_NE(object, nullptr);
+
+  IntfObject* const found = Intf(CreateIntf());
+  object = found;
+  card_.faults().FailNth("IntfManager::GetIntfObject", 1, 0);
+  EXPECT_FALSE(intfs_.GetIntfObject(1, &object));
+  EXPECT_NE(object, nullptr);
+  EXPECT_NE(object, found);
 }
 
 TEST_F(IntfTest, ADeletedInterfaceIsGone) {

@@ -78,6 +78,8 @@ TEST_F(LimIdTest, ANameIsCutToItsBufferAndAlwaysClosed) {
   EXPECT_EQ(limid_to_intfname(softcard::LimId("vlan100"), name, 5), BCM_E_NONE);
   EXPECT_STREQ(name, "vlan");
   EXPECT_EQ(name[5], 'x');
+  EXPECT_EQ(limid_to_intfname(softcard::LimId("cpu"), name, 7), BCM_E_NONE);
+  EXPECT_EQ(std::string(name, 8), std::string("cpu\0###x", 8)) << "what is left of the buffer is rubbish";
   EXPECT_EQ(limid_to_intfname(softcard::LimId("vlan100"), name, 8), BCM_E_NONE);
   EXPECT_STREQ(name, "vlan100");
   EXPECT_EQ(limid_to_intfname(softcard::LimId("vlan100"), name, 1), BCM_E_NONE);

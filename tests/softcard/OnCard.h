@@ -31,8 +31,7 @@ class OnCard : public ::testing::Test {
   /// The interface's object; null when there is none.
   IntfObject* Intf(int intf) {
     IntfObject* object = nullptr;
-    intfs_.GetIntfObject(intf, &object);
-    return object;
+    return intfs_.GetIntfObject(intf, &object) ? object : nullptr;
   }
   Lines Rows(const char* table) const { return softcard::Texts(card_.Rows(table)); }
   Lines Log() { return card_.log().Lines(); }

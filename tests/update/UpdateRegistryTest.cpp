@@ -7,6 +7,7 @@
 
 #include "softcard/Card.h"
 #include "src/update/HalL3MplsEncapsulationUpd.h"
+#include "tests/proof/Allocations.h"
 
 namespace {
 
@@ -98,6 +99,114 @@ TEST_F(UpdateRegistryTest, ThrowingClientEndsTheWalk) {
   registry_.RegisterMplsUpdateClient("b", Notice("b"));
   EXPECT_THROW(registry_.ExecuteMplsUpdate(20, 1), std::runtime_error);
   EXPECT_EQ(notices_, Notices{});
+}
+
+TEST_F(UpdateRegistryTest, StateOfACallbackLastsFromOneUpdateToTheNext) {
+  registry_.RegisterMplsUpdateClient(
+      "a", [this, calls = 0](int, unsigned int) mutable { notices_.push_back(std::to_string(++calls)); });
+  registry_.ExecuteMplsUpdate(20, 1);
+  registry_.ExecuteMplsUpdate(20, 1);
+  EXPECT_EQ(notices_, (Notices{"1", "2"}));
+}
+
+TEST_F(UpdateRegistryTest, NestedUpdateCallsTheRunningCallbackItself) {
+  registry_.RegisterMplsUpdateClient("a", [this, calls = 0](int, unsigned int) mutable {
+    notices_.push_back(std::to_string(++calls));
+    if (calls < 3) registry_.ExecuteMplsUpdate(20, 1);
+    notices_.push_back("done at " + std::to_string(calls));
+  });
+  registry_.ExecuteMplsUpdate(20, 1);
+  EXPECT_EQ(notices_, (Notices{"1", "2", "3", "done at 3", "done at 3", "done at 3"}));
+}
+
+TEST_F(UpdateRegistryTest, CallbackIsNeverCopied) {
+  struct Uncopied {
+    explicit Uncopied(Notices* notices) : notices_(notices) {}
+    Uncopied(Uncopied&&) = default;
+    Uncopied(const Uncopied& other) : notices_(other.notices_) { throw std::runtime_error("copied"); }
+    void operator()(int, unsigned int) const { notices_->push_back("called"); }
+
+    Notices* notices_;
+  };
+  registry_.RegisterMplsUpdateClient("a", Uncopied(&notices_));
+  registry_.RegisterMplsUpdateClient("b", Uncopied(&notices_));
+  registry_.RegisterMplsUpdateClient("a", Uncopied(&notices_));
+  registry_.ExecuteMplsUpdate(20, 1);
+  EXPECT_EQ(notices_, (Notices{"called", "called"}));
+}
+
+TEST_F(UpdateRegistryTest, CallbackThatIsReplacedWhileItRunsLivesUntilItHasReturned) {
+  const auto gone = [this](const int* held) {
+    delete held;
+    notices_.emplace_back("gone");
+  };
+  registry_.RegisterMplsUpdateClient(
+      "a", [this, held = std::shared_ptr<int>(new int(7), gone)](int destination_id, unsigned int) {
+        registry_.RegisterMplsUpdateClient("a", Notice("new a"));
+        if (destination_id > 0) registry_.ExecuteMplsUpdate(destination_id - 1, 1);
+        notices_.push_back("still holds " + std::to_string(*held));
+      });
+  registry_.RegisterMplsUpdateClient("b", Notice("b"));
+  registry_.ExecuteMplsUpdate(2, 1);
+  EXPECT_EQ(notices_, (Notices{"new a 1 1", "b 1 1", "still holds 7", "gone", "b 2 1"}));
+}
+
+TEST_F(UpdateRegistryTest, CallbackThatIsReplacedBeforeItsTurnIsCalledOnceMoreAndThenGone) {
+  const auto gone = [this](const int* held) {
+    delete held;
+    notices_.emplace_back("gone");
+  };
+  registry_.RegisterMplsUpdateClient(
+      "a", [this](int, unsigned int) { registry_.RegisterMplsUpdateClient("b", Notice("new b")); });
+  registry_.RegisterMplsUpdateClient("b", [this, held = std::shared_ptr<int>(new int(7), gone)](int, unsigned int) {
+    notices_.push_back("old b holds " + std::to_string(*held));
+  });
+  registry_.ExecuteMplsUpdate(1, 1);
+  EXPECT_EQ(notices_, (Notices{"old b holds 7", "gone"}));
+}
+
+TEST_F(UpdateRegistryTest, CallbackThatThrowsAfterItWasReplacedIsGoneToo) {
+  const std::weak_ptr<int> held = [this] {
+    auto shared = std::make_shared<int>(7);
+    registry_.RegisterMplsUpdateClient("a", [this, shared](int, unsigned int) {
+      registry_.RegisterMplsUpdateClient("a", Notice("new a"));
+      throw std::runtime_error("busy " + std::to_string(*shared));
+    });
+    return std::weak_ptr<int>(shared);
+  }();
+  EXPECT_THROW(registry_.ExecuteMplsUpdate(20, 1), std::runtime_error);
+  EXPECT_TRUE(held.expired());
+  registry_.ExecuteMplsUpdate(20, 1);
+  EXPECT_EQ(notices_, Notices{"new a 20 1"});
+}
+
+TEST_F(UpdateRegistryTest, NameMayBelongToTheCallbackThatIsReplaced) {
+  auto held = std::make_unique<std::string>("a name that is too long for the string itself");
+  const std::string& name = *held;
+  registry_.RegisterMplsUpdateClient(name,
+                                     [held = std::shared_ptr<std::string>(std::move(held))](int, unsigned int) {});
+  registry_.RegisterMplsUpdateClient(name, Notice("new"));
+  registry_.ExecuteMplsUpdate(20, 1);
+  EXPECT_EQ(notices_, Notices{"new 20 1"});
+}
+
+TEST_F(UpdateRegistryTest, WhatIsRegisteredWhileTheOldCallbackGoesGivesWayToTheNewOne) {
+  const auto gone = [this](const int* held) {
+    delete held;
+    registry_.ExecuteMplsUpdate(1, 1);  // the old one is out, the new one not yet in
+    registry_.RegisterMplsUpdateClient("a", Notice("between"));
+  };
+  registry_.RegisterMplsUpdateClient("a", [held = std::shared_ptr<int>(new int, gone)](int, unsigned int) {});
+  registry_.RegisterMplsUpdateClient("a", Notice("new"));
+  registry_.ExecuteMplsUpdate(2, 2);
+  EXPECT_EQ(notices_, Notices{"new 2 2"});
+}
+
+TEST_F(UpdateRegistryTest, WithoutClientsNothingIsAllocated) {
+  allocations::FailNth(1);
+  registry_.ExecuteMplsUpdate(20, 1);
+  EXPECT_FALSE(allocations::HasFailed());
+  allocations::FailNth(0);
 }
 
 TEST_F(UpdateRegistryTest, RegistrationsFromACallbackCountFromTheNextUpdateOn) {

@@ -10,3 +10,5 @@
 extern "C"
 #endif
     const char* const _shr_errmsg[24];
+
+#define bcm_errmsg(rv) (_shr_errmsg[(rv) <= 0 && (rv) > -24 ? -(rv) : 19])

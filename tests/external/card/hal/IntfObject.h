@@ -13,6 +13,10 @@ struct IntfCounters {
 
 class IntfObject : protected IntfCounters, public HwObject {
  public:
+  IntfObject() = default;
+  IntfObject(const IntfObject&) = delete;
+  IntfObject& operator=(const IntfObject&) = delete;
+
   virtual TunnelObject& tunnel() { return tunnel_object; }
   virtual unsigned l3_flags() const { return flags; }
   virtual unsigned mtu() const { return mtu_bytes; }
