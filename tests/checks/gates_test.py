@@ -164,6 +164,19 @@ class Mutation(Tree):
         self.refuses(f"\n  src/Gone.cpp: return 1;\n  {gone}\n", "scripts/mutation", "--list")
 
 
+class Demo(Tree):
+    def test_shows_what_the_build_said_when_it_fails(self):
+        shutil.copy(PROJECT / "scripts/demo", self.root / "scripts/demo")
+        self.write("scripts/setup", "#!/bin/sh\necho nothing is missing\n")
+        (self.root / "scripts/setup").chmod(0o755)
+        run = self.run_gate("scripts/demo")
+        self.assertEqual(run.returncode, 1)
+        first, second, *said = run.stdout.splitlines()
+        self.assertRegex(first, "^Setting up.* done$")
+        self.assertRegex(second, "^Building.* failed; build/demo.log says:$")
+        self.assertIn("Could not read presets", "".join(said))
+
+
 def load(path):
     """A script's functions, without running it."""
     return types.SimpleNamespace(**runpy.run_path(str(path)))
