@@ -14,9 +14,7 @@ unsigned long Allocations() { return allocations; }
 void* operator new(std::size_t size) {
   ++allocations;
   void* const memory = std::malloc(size);
-  if (memory == nullptr) {
-    throw std::bad_alloc();
-  }
+  if (memory == nullptr) throw std::bad_alloc();
   return memory;
 }
 

@@ -188,9 +188,7 @@ class DiscardingLog : public HalCallbacksItf {
     va_start(arguments, format);
     // Character by character: what the C library's search costs depends on where the linker puts the text.
     for (const char* at = format; *at != '\0'; ++at) {
-      if (*at != '%') {
-        continue;
-      }
+      if (*at != '%') continue;
       if (at[1] == 's') {
         text_ = va_arg(arguments, const char*);
         TRACE(text_);

@@ -320,9 +320,7 @@ class Mpls : public BareSequence {
     const IntfObject* const base = FindIntf(kIntf);
     Log(6, "Vlan Intf Object: %s", base->ToString(true).c_str());
     ResolvePort();
-    if (kIsSwap) {
-      own->tunnel().type();
-    }
+    if (kIsSwap) own->tunnel().type();
     Tunnel::Replace(*base, mac, &record.intf_id, record.egress_id);
     return 0;
   }

@@ -35,9 +35,7 @@ void Measure(const HalL3MplsEncapsulationInterface& target, const Kind& kind, co
   for (const Step step : kSteps) {
     Prepare(kind, step, ids);
     Meter meter;
-    if (report) {
-      meter.Reset();
-    }
+    if (report) meter.Reset();
     for (const unsigned int id : ids) {
       if (Send(target, kind, step, id, meter) != 0) {
         std::cerr << kind.name << " " << StepName(step) << ": destination " << id << ": the request failed\n";
@@ -58,13 +56,9 @@ void MeasureMemory(const HalL3MplsEncapsulationInterface& module, unsigned int p
   const Kind& host = Kinds()[1];
   Meter meter;
   const auto before = mallinfo2().uordblks;
-  for (unsigned int i = 1; i <= kInstalls; ++i) {
-    Send(module, host, Step::kInstall, (populated + i) * kIdStride, meter);
-  }
+  for (unsigned int i = 1; i <= kInstalls; ++i) Send(module, host, Step::kInstall, (populated + i) * kIdStride, meter);
   std::printf("memory %zu\n", (mallinfo2().uordblks - before + kInstalls / 2) / kInstalls);
-  for (unsigned int i = 1; i <= kInstalls; ++i) {
-    Send(module, host, Step::kDestroy, (populated + i) * kIdStride, meter);
-  }
+  for (unsigned int i = 1; i <= kInstalls; ++i) Send(module, host, Step::kDestroy, (populated + i) * kIdStride, meter);
 }
 
 }  // namespace

@@ -46,9 +46,7 @@ void Populate(unsigned int count, Order order) {
   }
 
   Correlators& correlators = common.destination_id_correlators;
-  for (const auto& [id, record] : correlators) {
-    delete &record;
-  }
+  for (const auto& [id, record] : correlators) delete &record;
   correlators.clear();
   const auto insert = [&correlators](unsigned int destination_id) {
     const auto id = static_cast<int>(destination_id);
@@ -61,9 +59,7 @@ void Populate(unsigned int count, Order order) {
     std::seed_seq seed{1};
     std::shuffle(ids.begin(), ids.end(), std::mt19937(seed));
   }
-  for (const unsigned int id : ids) {
-    insert(id * kIdStride);
-  }
+  for (const unsigned int id : ids) insert(id * kIdStride);
 }
 
 std::vector<unsigned int> FreshIds(unsigned int count, unsigned int populated) {

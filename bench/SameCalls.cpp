@@ -32,16 +32,12 @@ int main() {
   for (const Kind& kind : Kinds()) {
     std::vector<std::vector<std::string>> asked;
     for (const HalL3MplsEncapsulationInterface* target : {&module, static_cast<decltype(&module)>(kind.bare)}) {
-      for (const Step step : kSteps) {
-        asked.push_back(CallsOf(*target, kind, step));
-      }
+      for (const Step step : kSteps) asked.push_back(CallsOf(*target, kind, step));
     }
     for (std::size_t step = 0; step < std::size(kSteps); ++step) {
       const auto& of_module = asked[step];
       const auto& of_bare = asked[step + std::size(kSteps)];
-      if (of_module == of_bare) {
-        continue;
-      }
+      if (of_module == of_bare) continue;
       ++differences;
       std::printf("%s %s: the bare sequence differs\n", kind.name, StepName(kSteps[step]));
       for (std::size_t i = 0; i < std::max(of_module.size(), of_bare.size()); ++i) {

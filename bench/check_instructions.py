@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Compares the module's instruction counts with the kept ones: fails when an operation grew by more than 5 %, and
-names the functions that grew. Skips (77) where the counts cannot be taken or none are kept for the compiler.
+"""Compares the module's instruction counts with the kept ones: fails when a request grew by more than 5 %, and says by
+how much. Skips (77) where the counts cannot be taken or none are kept for the compiler.
 
 usage: check_instructions.py [--keep] REQUEST_COUNTS COMPILER      COMPILER for example "GNU 12 x86_64"
 --keep makes the present counts the kept ones.
@@ -20,26 +20,15 @@ SKIP = 77
 
 
 def module_counts(counts):
-    return {name.removesuffix(" module"): {"instructions": round(count["instructions"], 1),
-                                           "functions": {function: round(own, 1)
-                                                         for function, own in sorted(count.get("functions", {}).items())
-                                                         if own >= 5}}
+    """Instructions per request, by the request's name."""
+    return {name.removesuffix(" module"): round(count["instructions"], 1)
             for name, count in counts.items() if name.endswith(" module")}
 
 
 def growth(kept, present):
-    """A text for each operation that grew too much, with the functions that did, most first."""
-    texts = []
-    for name, was in kept.items():
-        now = present[name]
-        if now["instructions"] <= was["instructions"] * TOLERANCE:
-            continue
-        change = 100 * (now["instructions"] / was["instructions"] - 1)
-        texts.append(f"{name}: {was['instructions']:.0f} -> {now['instructions']:.0f} instructions (+{change:.1f} %)")
-        grown = sorted(((own - was["functions"].get(function, 0), function)
-                        for function, own in now["functions"].items()), reverse=True)
-        texts += [f"    {function} +{by:.0f}" for by, function in grown if by >= 1]
-    return texts
+    """A text for each request that grew too much."""
+    return [f"{name}: {was:.0f} -> {present[name]:.0f} instructions (+{100 * (present[name] / was - 1):.1f} %)"
+            for name, was in kept.items() if present[name] > was * TOLERANCE]
 
 
 def read_kept():
@@ -48,12 +37,9 @@ def read_kept():
 
 
 def write_kept(all_kept):
-    def lines(operations):
-        return ",\n".join(f"  {json.dumps(name)}: {json.dumps(count)}" for name, count in operations.items())
-
     with open(KEPT, "w") as file:
-        file.write("{\n" + ",\n".join(f"{json.dumps(compiler)}: {{\n{lines(operations)}\n}}"
-                                      for compiler, operations in sorted(all_kept.items())) + "\n}\n")
+        json.dump(all_kept, file, indent=1)
+        file.write("\n")
 
 
 def main(arguments):
@@ -73,11 +59,12 @@ def main(arguments):
 
     present = module_counts(count(program, DESTINATIONS))
     if keep:
-        write_kept({**all_kept, compiler: present})
+        write_kept(dict(sorted({**all_kept, compiler: present}.items())))
         return 0
     texts = growth(all_kept[compiler], present)
-    print("\n".join(texts) or f"no operation grew by more than {TOLERANCE - 1:.0%}")
+    print("\n".join(texts) or f"no request grew by more than {TOLERANCE - 1:.0%}")
     if texts:
+        print("callgrind_annotate shows where; bench/instructions.py says how request_counts runs under callgrind.")
         print("If the growth is wanted, build keep_instruction_counts and commit bench/instructions.json.")
     return 1 if texts else 0
 

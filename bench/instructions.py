@@ -1,11 +1,10 @@
 """Runs request_counts under a tool that counts instructions and reads what both report.
 
 The result maps "vlan install module" and its like to
-{"instructions": per request, "allocations": per request, "functions": {name: own instructions per request}},
+{"instructions": per request, "of the log": what of them the platform's log takes, "allocations": per request},
 and "memory" to the bytes that a destination keeps allocated.
 """
 
-import collections
 import glob
 import os
 import re
@@ -26,15 +25,15 @@ def under_callgrind(program, destinations, order="random"):
         output = _run(command + (["sequential"] if order == "sequential" else []), PLAIN_X86_64)
         counts = _read_output(output)
         for dump in glob.glob(f"{directory}/out.*"):
-            name, total, functions = _read_dump(dump)
+            name, total, of_log = _read_dump(dump)
             if name in counts:
                 counts[name]["instructions"] = total / SAMPLES
-                counts[name]["functions"] = {function: own / SAMPLES for function, own in functions.items()}
+                counts[name]["of the log"] = of_log / SAMPLES
         return counts
 
 
 def under_qemu(program, destinations, qemu=("qemu-ppc", "-L", "/usr/powerpc-linux-gnu")):
-    """Counts of a program built for the card; without the functions' shares."""
+    """Counts of a program built for the card; without the log's share."""
     with tempfile.TemporaryDirectory() as directory:
         plugin = f"{directory}/plugin.so"
         source = os.path.join(os.path.dirname(__file__), "qemu_plugin.c")
@@ -68,9 +67,9 @@ def _read_output(output):
 
 
 def _read_dump(path):
-    """A callgrind dump: what it was triggered by, the total, and each function's own instructions."""
-    name, total, function, names = None, 0, None, {}
-    functions = collections.Counter()
+    """A callgrind dump: what it was triggered by, the total, and the log's own instructions."""
+    name, total, of_log = None, 0, 0
+    function, log = None, None  # by the numbers that stand for names once they were said
     skip = False
     with open(path) as dump:
         for line in dump:
@@ -78,27 +77,14 @@ def _read_dump(path):
                 name = line.split(": ", 3)[3].strip()
             elif line.startswith("totals: "):
                 total = int(line.split()[1])
-            elif line.startswith("fn="):
-                number, text = re.match(r"fn=\((\d+)\)(?: (.*))?", line).groups()
-                function = names.setdefault(number, text)
-            elif line.startswith("cfn="):
-                number, text = re.match(r"cfn=\((\d+)\)(?: (.*))?", line).groups()
-                names.setdefault(number, text)
+            elif match := re.match(r"(c?fn)=\((\d+)\)(.*DiscardingLog::log\()?", line):
+                kind, number, is_log = match.groups()
+                log = number if is_log else log
+                function = number if kind == "fn" else function
             elif line.startswith("calls="):
                 skip = True  # the next line is the callee's cost
             elif line[0] in "0123456789+-*":
-                if not skip:
-                    functions[_short(function)] += int(line.split()[-1])
+                if not skip and function is not None and function == log:
+                    of_log += int(line.split()[-1])
                 skip = False
-    return name, total, functions
-
-
-def _short(function):
-    """HalX::Install(int, std::vector<...>) const -> HalX::Install"""
-    name = function.replace("(anonymous namespace)::", "").replace("operator ", "operator_")
-    while True:
-        shorter = re.sub(r"<[^<>]*>|\([^()]*\)", "", name)
-        if shorter == name:
-            break
-        name = shorter
-    return re.sub(r" const\b|\[[^]]*\]|'\d+$", "", name).strip().split(" ")[-1]
+    return name, total, of_log

@@ -4,7 +4,6 @@
 usage: report.py BUILD_DIRECTORY [--docs]
 """
 
-import collections
 import glob
 import json
 import os
@@ -82,29 +81,6 @@ def measure_card(build):
     return card
 
 
-# What a function of the module or of a bare sequence works for; the first that matches counts.
-SUBJECTS = {
-    "records of destinations in their map": r"DestinationIdCorrelator|RecordDestination|MakeRecord|EraseRecord|_Rb_tree",
-    "ports in their map": r"FindPort|LimIdLess",
-    "text of a lim id": r"GetPort|ResolvePort|stpcpy|basic_string|memcpy|memset|strlen",
-    "numbers in texts": r"to_chars",
-    "label records and initiators": r"FillMplsLabels|Initiator",
-    "interfaces": r"FindIntf|CreateIntf|UpdateIntf|CreateTunnelIntf|UpdateTunnelIntf|DeleteIntf|FindHostIntf",
-    "the rest of the operations: checks, texts of ids, hand-over of vectors": r"",
-}
-
-
-def overhead_by_subject(counts):
-    """What the module's requests spend beyond the bare sequences, summed over all operations."""
-    overhead = dict.fromkeys(SUBJECTS, 0)
-    for operation in operations(counts):
-        for side, sign in (("module", 1), ("bare", -1)):
-            for function, own in counts[f"{operation} {side}"]["functions"].items():
-                subject = next(subject for subject, pattern in SUBJECTS.items() if re.search(pattern, function))
-                overhead[subject] += sign * own
-    return overhead
-
-
 def table(head, rows):
     def line(cells):
         return "| " + " | ".join(cells) + " |"
@@ -113,28 +89,21 @@ def table(head, rows):
     return "\n".join([line(head), rule, *(line(row) for row in rows)])
 
 
-def request_table(small, large, times):
+def request_table(small, large, times, card_small, card_large):
     rows = []
     for operation in operations(small):
         kind, step = operation.split()
-        row = [operation]
-        for counts in (small, large):
-            row += [f"{counts[f'{operation} {side}']['instructions']:.0f}" for side in ("module", "bare")]
-            row.append(f"{ratio(counts, operation):.2f}")
-        row.append("{:.0f}".format(small[f"{operation} module"]["allocations"]))
-        row += ["{:.0f} / {:.0f}".format(*(times[kind, step, side, size, "random"] for side in ("module", "bare")))
-                for size in (SMALL, LARGE)]
-        rows.append(row)
-    return table(["request", "10³", "bare", "ratio", "10⁶", "bare", "ratio", "allocations", "ns at 10³", "ns at 10⁶"],
-                 rows)
 
+        def in_ratio(at_small, at_large):
+            return [f"{at_small[f'{operation} {side}']['instructions']:.0f}" for side in ("module", "bare")] + [
+                f"{ratio(at_small, operation):.2f}", f"{ratio(at_large, operation):.2f}"]
 
-def card_table(small, large):
-    rows = [[operation] + [text for counts in (small, large)
-                           for text in (f"{counts[f'{operation} module']['instructions']:.0f}",
-                                        f"{counts[f'{operation} bare']['instructions']:.0f}",
-                                        f"{ratio(counts, operation):.2f}")] for operation in operations(small)]
-    return table(["request", "10³", "bare", "ratio", "10⁶", "bare", "ratio"], rows)
+        nanoseconds = ["{:.0f} / {:.0f}".format(*(times[kind, step, side, size, "random"] for side in ("module", "bare")))
+                       for size in (SMALL, LARGE)]
+        rows.append([operation, *in_ratio(small, large), "{:.0f}".format(small[f"{operation} module"]["allocations"]),
+                     *nanoseconds, *in_ratio(card_small, card_large)])
+    return table(["request", "module", "bare", "ratio", "at 10⁶", "allocations", "ns at 10³", "ns at 10⁶",
+                  "card: module", "bare", "ratio", "at 10⁶"], rows)
 
 
 def growth_table(growth):
@@ -143,31 +112,17 @@ def growth_table(growth):
     return table(["host install, replace and destroy", "10²", "10³", "10⁴", "10⁵", "10⁶", "10⁶ / 10³"], rows)
 
 
-def overhead_table(overhead):
-    total = sum(overhead.values())
-    rows = [[subject, f"{own:.0f}", f"{own / total:.0%}"]
-            for subject, own in sorted(overhead.items(), key=lambda item: -item[1])]
-    return table(["spent beyond the bare sequences, all requests once", "instructions", "share"], rows)
-
-
-def profile_table(counts, operation):
-    """The module's and the standard library's functions that the request spends most in."""
-    functions = sorted(counts[f"{operation} module"]["functions"].items(), key=lambda item: -item[1])
-    total = counts[f"{operation} module"]["instructions"]
-    rows = [[f"`{function}`", f"{own:.0f}", f"{own / total:.0%}"] for function, own in functions[:12]]
-    return table([f"{operation}, at 10³", "own instructions", "share"], rows)
-
-
 def software_card_table(card):
     rows = [[f"{kind} {step}", f"{card[f'{kind} {step} {SMALL}']:.0f}", f"{card[f'{kind} {step} {LARGE}']:.0f}"]
             for kind in ("host", "push-2") for step in ("install", "replace", "destroy", "memory")]
     return table(["on the software card, ns (memory: bytes)", "10³", "10⁶"], rows)
 
 
-def numbers_text(memory, memory_on_card, card):
-    return (f"Memory per destination: {memory} bytes, {memory_on_card} on the card.\n\n"
+def numbers_text(memory, memory_on_card, sizes, card):
+    return (f"Memory per destination: {memory} bytes, {memory_on_card} on the card. Code and constants, as built for the "
+            f"card (`-Os`):\n{sum(sizes.values())} bytes.\n\n"
             f"The software card forwards {card['packets-per-second']:.0f} packets per second, each with its trace in "
-            f"words; `softcard run --quiet` goes through {card['scenario lines per second']:.0f} lines per second in "
+            f"words; `softcard run\n--quiet` goes through {card['scenario lines per second']:.0f} lines per second in "
             f"{card['scenario megabytes']:.0f} MB, and starts in {card['start-up milliseconds']:.0f} ms.")
 
 
@@ -175,7 +130,7 @@ def aims_text(counts):
     """What is to stay under a fixed number, on a platform whose log, too, returns at once."""
     def cost(*requests):
         modules = [counts[f"{request} module"] for request in requests]
-        return sum(module["instructions"] - module["functions"]["DiscardingLog::log"] for module in modules)
+        return sum(module["instructions"] - module["of the log"] for module in modules)
 
     host, push = ([f"{kind} {step}" for step in ("install", "replace", "destroy")] for kind in ("host", "push-2"))
     return (f"A VLAN install takes {cost('vlan install'):.0f} instructions (aim: 1200), a host's install, replace and "
@@ -216,21 +171,13 @@ def main(build, docs):
     svg = plot([("Instructions of a host's install, replace and destroy", SIZES, growth),
                 ("Nanoseconds of the same", SIZES, growth_in_time)])
 
-    blocks = {"requests": request_table(small, large, times), "on the card": card_table(on_card[SMALL], on_card[LARGE]),
-              "aims": aims_text(small), "growth": growth_table({**growth, **growth_in_time}), "overhead": overhead_table(overhead_by_subject(small)),
-              "profile": profile_table(small, "host replace"),
-              "text": table(["source file", "bytes of code and constants"],
-                            [[name, str(size)] for name, size in sizes.items()] + [["all", str(sum(sizes.values()))]]),
-              "software card": software_card_table(card), "numbers": numbers_text(memory, memory_on_card, card)}
+    blocks = {"requests": request_table(small, large, times, on_card[SMALL], on_card[LARGE]), "aims": aims_text(small),
+              "growth": growth_table({**growth, **growth_in_time}), "software card": software_card_table(card),
+              "numbers": numbers_text(memory, memory_on_card, sizes, card)}
     print(blocks["requests"])
 
-    def without_functions(counts):
-        return {name: {key: value for key, value in count.items() if key != "functions"}
-                for name, count in counts.items()}
-
     with open(f"{build}/bench.json", "w") as file:
-        json.dump({"x86_64": {f"{size} {order}": without_functions(counts)
-                              for (size, order), counts in counted.items()},
+        json.dump({"x86_64": {f"{size} {order}": counts for (size, order), counts in counted.items()},
                    "powerpc": on_card,
                    "bytes per destination": {"x86_64": memory, "powerpc": memory_on_card},
                    "nanoseconds": {" ".join(map(str, name)): value for name, value in times.items()},

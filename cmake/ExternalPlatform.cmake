@@ -1,15 +1,18 @@
 # Builds the module against a card's own headers and libraries, after checking that they give all that it needs.
 #   HAL_PLATFORM_INCLUDE_DIRS  where bcm/ and hal/ are
 #   HAL_PLATFORM_LIBRARIES     files that define what these declare; checked, not linked: the process loads them
-set(HAL_PLATFORM_INCLUDE_DIRS "" CACHE STRING "Directories that hold the card's bcm/ and hal/ headers")
-set(HAL_PLATFORM_LIBRARIES "" CACHE STRING "The card's libraries, as files")
+# Paths, which CMake takes from where it is called and keeps as absolute ones.
+set(HAL_PLATFORM_INCLUDE_DIRS "" CACHE PATH "Directories that hold the card's bcm/ and hal/ headers")
+set(HAL_PLATFORM_LIBRARIES "" CACHE FILEPATH "The card's libraries, as files")
 
 foreach(setting HAL_PLATFORM_INCLUDE_DIRS HAL_PLATFORM_LIBRARIES)
   if(NOT ${setting})
     message(FATAL_ERROR " HAL_PLATFORM is external: set ${setting} too, as docs/integration.md shows.")
   endif()
   foreach(path IN LISTS ${setting})
-    if(NOT EXISTS ${path})
+    if(NOT IS_ABSOLUTE ${path})
+      message(FATAL_ERROR " ${setting} names ${path} as a text, not as a path: write -D${setting}=${path}, or the whole path.")
+    elseif(NOT EXISTS ${path})
       message(FATAL_ERROR " ${setting} names ${path}, which does not exist.")
     endif()
   endforeach()

@@ -25,13 +25,18 @@ configure_package_config_file(cmake/config.cmake.in ${PROJECT_BINARY_DIR}/packag
   INSTALL_DESTINATION ${package_cmake_dir} PATH_VARS CMAKE_INSTALL_LIBDIR package_include_dir)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/${package}-config-version.cmake
   COMPATIBILITY SameMajorVersion)
-file(RELATIVE_PATH pkg_config_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-configure_file(cmake/pkg-config.pc.in ${PROJECT_BINARY_DIR}/package/${package}.pc @ONLY)
+# pkg_config(COMPONENT NAME DESCRIPTION [REQUIRED-PACKAGE]): NAME.pc, which finds its prefix from where it lies.
+function(pkg_config component name description)
+  set(requires ${ARGN})
+  file(RELATIVE_PATH to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+  configure_file(cmake/pkg-config.pc.in ${PROJECT_BINARY_DIR}/package/${name}.pc @ONLY)
+  install(FILES ${PROJECT_BINARY_DIR}/package/${name}.pc
+    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT ${component})
+endfunction()
+pkg_config(development ${package} "${PROJECT_DESCRIPTION}; takes a platform beside it, softcard for instance")
 install(FILES ${PROJECT_BINARY_DIR}/package/${package}-config.cmake
   ${PROJECT_BINARY_DIR}/package/${package}-config-version.cmake
   DESTINATION ${package_cmake_dir} COMPONENT development)
-install(FILES ${PROJECT_BINARY_DIR}/package/${package}.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
 if(HAL_PLATFORM STREQUAL "softcard")
   install(TARGETS softcard_platform EXPORT softcard
@@ -39,7 +44,13 @@ if(HAL_PLATFORM STREQUAL "softcard")
     INCLUDES DESTINATION ${package_include_dir})
   set_target_properties(softcard PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS softcard RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT softcard)
-  install(DIRECTORY calls softcard DESTINATION ${package_include_dir} COMPONENT softcard FILES_MATCHING PATTERN *.h)
+  # Included from the root, as "softcard/Card.h"; folders without headers are not made.
+  file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} calls/*.h softcard/*.h)
+  foreach(header IN LISTS headers)
+    cmake_path(GET header PARENT_PATH folder)
+    install(FILES ${header} DESTINATION ${package_include_dir}/${folder} COMPONENT softcard)
+  endforeach()
+  pkg_config(softcard softcard "A line card in software, the platform of ${package}" ${package})
   install(DIRECTORY scenarios/ DESTINATION ${CMAKE_INSTALL_DATADIR}/softcard/scenarios COMPONENT softcard)
   # The command contains this library.
   install(FILES /usr/share/doc/libcli11-dev/copyright RENAME copyright.CLI11
@@ -78,7 +89,10 @@ set(CPACK_COMPONENT_SOFTCARD_DESCRIPTION "Line card in software
 set(exact_library "${CPACK_DEBIAN_LIBRARY_PACKAGE_NAME} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${exact_library}")
 set(CPACK_DEBIAN_SOFTCARD_PACKAGE_DEPENDS "${exact_library}")
+# Its headers and its pkg-config file build on that package's; the command does without.
+set(CPACK_DEBIAN_SOFTCARD_PACKAGE_SUGGESTS "${CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/package/triggers)
+set(CPACK_DEBIAN_SOFTCARD_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/package/triggers)
 file(WRITE ${PROJECT_BINARY_DIR}/package/triggers "activate-noawait ldconfig\n")
 if(CMAKE_CROSSCOMPILING)
   # The target's package database is not here to ask; a test holds this against the versions that the library names.

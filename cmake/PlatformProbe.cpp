@@ -49,8 +49,8 @@ int Probe(unsigned char* mac, limid_t limid, unsigned vrf, TunnelObject::EnumTun
   HalBcmCommon& common = *HalBcmCommon::GetInstance();
   const int unit = common.unit;
   int rv = common.GetMplsExpMapId();
-  common.port_table.find(limid);
-  common.lag_table.find(limid);
+  static_cast<void>(common.port_table.find(limid));
+  static_cast<void>(common.lag_table.find(limid));
   HalCallbacksItf::getInstance()->log(7, "%s", _shr_errmsg[0]);
 
   bcm_mpls_egress_label_t label;

@@ -10,6 +10,10 @@ result="installed 0, 1 record, destroyed 0"
 rm -rf "$work"
 mkdir -p "$work"
 cp -r "$here/app" "$work/app"
+# The program that docs/software-card.md shows is a consumer, too.
+awk '/^```cpp/ { program = ""; inside = 1; next }
+     /^```/ { if (inside && program ~ /int main/) printf "%s", program; inside = 0 }
+     inside { program = program $0 "\n" }' "$here/../../docs/software-card.md" >"$work/app/shown.cpp"
 failures=0
 
 fail() { echo "FAILED: $*"; failures=$((failures + 1)); }
@@ -27,14 +31,26 @@ consumers_of() {
   must configure_consumer "$1"
   must cmake --build "$work/by-cmake"
   same "consumer by CMake" "$("$work/by-cmake/consumer" 2>/dev/null)" "$result"
+  must "$work/by-cmake/shown"
 
   export PKG_CONFIG_PATH=$1/lib/pkgconfig
   same "pkg-config's version" "$(pkg-config --modversion $package)" "$version"
-  must c++ -std=c++11 "$work/app/main.cpp" -o "$work/by-pkg-config" $(pkg-config --cflags --libs $package) -lsoftcard
+  must c++ -std=c++11 "$work/app/main.cpp" -o "$work/by-pkg-config" $(pkg-config --cflags --libs softcard)
   same "consumer by pkg-config" "$(LD_LIBRARY_PATH=$1/lib "$work/by-pkg-config" 2>/dev/null)" "$result"
+  must c++ -std=c++17 "$work/app/shown.cpp" -o "$work/shown" $(pkg-config --cflags --libs softcard)
+  must env "LD_LIBRARY_PATH=$1/lib" "$work/shown"
+  same "empty directories" "$(find "$1" -type d -empty)" ""
+  same "the software card's soname" \
+    "$(readelf --dynamic "$1/lib/libsoftcard.so" | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')" "libsoftcard.so.${version%%.*}"
 
   same "the command's version" "$("$1/bin/softcard" --version)" "softcard $version"
   must "$1/bin/softcard" run --quiet "$1/share/softcard/scenarios/typical-request.scn"
+}
+
+headers_alone() {
+  (cd "$1" && find . -name '*.h' | sort | while read -r header; do
+    c++ -std=c++17 -Wall -Wextra -Werror -fsyntax-only -I. -include "$header" -x c++ /dev/null >&2 || echo "$header"
+  done)
 }
 
 refused() {
@@ -47,8 +63,10 @@ refused() {
 prefix=$work/prefix
 must cmake --install "$build" --prefix "$prefix"
 consumers_of "$prefix"
+same "headers that do not compile alone" "$(headers_alone "$prefix/include/$package")" ""
 
 refused "requested version \"2.0\"" "$prefix" -Dwanted_version=2.0
+refused "There is no component 'nonsense'" "$prefix" -Dwanted_component=nonsense
 mv "$prefix/lib/libsoftcard.so" "$work/"
 refused "libsoftcard.so is missing: install all of the package softcard." "$prefix"
 mv "$work/libsoftcard.so" "$prefix/lib/"
@@ -68,6 +86,8 @@ case "$(field softcard Depends)" in
   *"libhal-switch-l3-mpls-encapsulation-ll-bcm1 (= $version)"*) ;; *) fail "softcard does not depend on the library" ;;
 esac
 must test -s "$work/root/usr/share/doc/softcard/copyright.CLI11"
+same "what the software card's package suggests" "$(field softcard Suggests)" \
+  "libhal-switch-l3-mpls-encapsulation-ll-bcm-dev (= $version)"
 readelf --sections "$work/root/usr/lib/$library" | grep -q debug_info && fail "the packaged library is not stripped"
 readelf --dynamic "$work/root/usr/lib/$library" | grep -qE 'RPATH|RUNPATH' && fail "the packaged library names paths"
 consumers_of "$work/root/usr"

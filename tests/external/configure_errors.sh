@@ -33,6 +33,15 @@ refuses "a library that is not there" "HAL_PLATFORM_LIBRARIES names /nowhere/lib
   "-DHAL_PLATFORM_INCLUDE_DIRS=$headers" -DHAL_PLATFORM_LIBRARIES=/nowhere/libcard.so
 
 cp -r "$headers" "$work/headers"
+cp "$whole" "$work/libcard.so"
+object=src/CMakeFiles/encapsulation_objects.dir/encapsulation/LabelStack.cpp.o
+(cd "$work" && cmake -S "$project" -B build -G Ninja -DHAL_PLATFORM=external -DHAL_PLATFORM_INCLUDE_DIRS=headers \
+  -DHAL_PLATFORM_LIBRARIES="libcard.so;./libcard.so" && cmake build && cmake --build build --target $object) >"$work/output" 2>&1 ||
+  { echo "paths from where the user stands: refused"; cat "$work/output"; failures=$((failures + 1)); }
+rm -rf "$work/build"
+refuses "a path as a text" "HAL_PLATFORM_INCLUDE_DIRS names card as a text, not as a path" -- \
+  -DHAL_PLATFORM_INCLUDE_DIRS:STRING=card "-DHAL_PLATFORM_LIBRARIES=$whole"
+
 rm "$work/headers/hal/fm.h" "$work/headers/bcm/switch.h"
 refuses "headers that are not there" "HAL_PLATFORM_INCLUDE_DIRS holds no bcm/switch.h, hal/fm.h" -- \
   "-DHAL_PLATFORM_INCLUDE_DIRS=$work/headers" "-DHAL_PLATFORM_LIBRARIES=$whole"

@@ -50,9 +50,7 @@ void Reset(unsigned int destinations) {
 template <typename Request>
 double Nanoseconds(const std::vector<unsigned int>& ids, const char* what, const Request& request) {
   const auto start = Clock::now();
-  for (const unsigned int id : ids) {
-    Expect(request(id) == 0, what);
-  }
+  for (const unsigned int id : ids) Expect(request(id) == 0, what);
   return std::chrono::duration<double, std::nano>(Clock::now() - start).count();
 }
 
@@ -107,9 +105,7 @@ void MeasurePackets() {
 
 int main(int argc, char** argv) {
   std::vector<unsigned int> sizes;
-  for (int i = 1; i < argc; ++i) {
-    sizes.push_back(static_cast<unsigned int>(std::strtoul(argv[i], nullptr, 10)));
-  }
+  for (int i = 1; i < argc; ++i) sizes.push_back(static_cast<unsigned int>(std::strtoul(argv[i], nullptr, 10)));
   if (sizes.empty() || std::count(sizes.begin(), sizes.end(), 0U) != 0) {
     std::cerr << "usage: " << argv[0] << " DESTINATIONS...   (for example 1000 1000000)\n";
     return 2;
