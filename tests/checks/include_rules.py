@@ -19,7 +19,7 @@ ROOMS = {
 }
 # Its angle ones are the standard library's, or also these.
 STANDARD = r"[a-z0-9_]+|std(def|int|arg)\.h"
-OTHERS = {"console": r"CLI/.*|cxxabi\.h|unistd\.h|sys/.*", "calls": r"cxxabi\.h", "scenario": r"cxxabi\.h", "bench": r"benchmark/.*|valgrind/.*|malloc\.h|unistd\.h|sys/.*"}
+OTHERS = {"console": r"CLI/.*|cxxabi\.h|unistd\.h|sys/.*", "calls": r"cxxabi\.h", "bench": r"benchmark/.*|valgrind/.*|malloc\.h|unistd\.h|sys/.*"}
 
 project = Path(sys.argv[1]).resolve()
 
