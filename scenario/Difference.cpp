@@ -2,31 +2,12 @@
 
 #include <algorithm>
 
+#include "calls/Pattern.h"
+
 namespace scenario {
 
-bool Matches(std::string_view pattern, std::string_view text) {
-  std::size_t star = std::string_view::npos;
-  std::size_t resume = 0;  // where the text that the last star stands for ends, as far as is known
-  std::size_t p = 0;
-  for (std::size_t t = 0; t < text.size();) {
-    if (p < pattern.size() && pattern[p] == '*') {
-      star = p++;
-      resume = t;
-    } else if (p < pattern.size() && pattern[p] == text[t]) {
-      ++p;
-      ++t;
-    } else if (star != std::string_view::npos) {
-      p = star + 1;
-      t = ++resume;
-    } else {
-      return false;
-    }
-  }
-  return pattern.find_first_not_of('*', p) == std::string_view::npos;
-}
-
 bool Match(const std::vector<std::string>& patterns, const std::vector<std::string>& lines) {
-  return std::equal(patterns.begin(), patterns.end(), lines.begin(), lines.end(), Matches);
+  return std::equal(patterns.begin(), patterns.end(), lines.begin(), lines.end(), calls::Matches);
 }
 
 std::vector<std::string> Difference(const std::vector<std::string>& patterns, const std::vector<std::string>& lines) {
@@ -40,12 +21,12 @@ std::vector<std::string> Difference(const std::vector<std::string>& patterns, co
   for (std::size_t i = aligned ? rows : 0; i-- > 0;) {
     for (std::size_t j = columns; j-- > 0;) {
       common[i][j] =
-          Matches(patterns[i], lines[j]) ? common[i + 1][j + 1] + 1 : std::max(common[i + 1][j], common[i][j + 1]);
+          calls::Matches(patterns[i], lines[j]) ? common[i + 1][j + 1] + 1 : std::max(common[i + 1][j], common[i][j + 1]);
     }
   }
   std::vector<std::string> difference;
   for (std::size_t i = 0, j = 0; i < rows || j < columns;) {
-    if (i < rows && j < columns && Matches(patterns[i], lines[j])) {
+    if (i < rows && j < columns && calls::Matches(patterns[i], lines[j])) {
       difference.push_back("  " + lines[j++]);
       ++i;
     } else if (j == columns || (i < rows && (!aligned || common[i + 1][j] >= common[i][j + 1]))) {

@@ -2,13 +2,9 @@
 #define SCENARIO_DIFFERENCE_H
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace scenario {
-
-/// Whether `text` is what `pattern` says; '*' in the pattern stands for any characters.
-bool Matches(std::string_view pattern, std::string_view text);
 
 /// Whether every pattern matches the line at its place and there are no other lines.
 bool Match(const std::vector<std::string>& patterns, const std::vector<std::string>& lines);

@@ -2,7 +2,6 @@
 
 #include <numeric>
 
-#include "softcard/Card.h"
 #include "softcard/packets/Forwarding.h"
 
 namespace scenario {
@@ -11,9 +10,10 @@ namespace {
 using softcard::Bytes;
 
 /// A header from 192.0.2.1 to 198.51.100.1, and zeros.
-Bytes Ipv4Packet(const Send& send) {
+Bytes Ipv4Packet(const RoutedPacket& routed) {
   constexpr unsigned kUdp = 17;
-  unsigned words[] = {0x4500 | send.tos, send.size, 0, 0, send.ttl << 8 | kUdp, 0, 0xC000, 0x0201, 0xC633, 0x6401};
+  unsigned words[] = {
+      0x4500 | routed.tos, routed.size, 0, 0, routed.ttl << 8 | kUdp, 0, 0xC000, 0x0201, 0xC633, 0x6401};
   unsigned sum = std::accumulate(std::begin(words), std::end(words), 0U);
   while (sum > 0xFFFF) sum = (sum & 0xFFFF) + (sum >> 16);
   words[5] = ~sum & 0xFFFF;
@@ -22,7 +22,7 @@ Bytes Ipv4Packet(const Send& send) {
     packet.push_back(static_cast<unsigned char>(word >> 8));
     packet.push_back(static_cast<unsigned char>(word));
   }
-  packet.resize(send.size);
+  packet.resize(routed.size);
   return packet;
 }
 
@@ -53,15 +53,15 @@ std::string FrameText(const Bytes& frame) {
 
 }  // namespace
 
-std::vector<std::string> PacketWay(const Send& send) {
-  const softcard::Card& card = softcard::Card::Get();
+std::vector<std::string> PacketWay(const softcard::Card& card, const RoutedPacket& packet) {
   const auto& records = card.common().destination_id_correlators;
-  const auto record = records.find(static_cast<int>(send.id));
-  if (record == records.end()) return {"dropped: destination " + std::to_string(send.id) + " is not installed"};
+  const auto record = records.find(static_cast<int>(packet.id));
+  if (record == records.end()) return {"dropped: destination " + std::to_string(packet.id) + " is not installed"};
   const int egress_id = record->second.egress_id;
-  if (egress_id == 0)
-    return {"dropped: destination " + std::to_string(send.id) + " is a VLAN, not a way to a next hop"};
-  softcard::Outcome outcome = softcard::Forward(card.tables(), egress_id, softcard::Packet::Ip(Ipv4Packet(send)));
+  if (egress_id == 0) {
+    return {"dropped: destination " + std::to_string(packet.id) + " is a VLAN, not a way to a next hop"};
+  }
+  softcard::Outcome outcome = softcard::Forward(card.tables(), egress_id, softcard::Packet::Ip(Ipv4Packet(packet)));
   if (outcome.fate == softcard::Outcome::Fate::kSent) outcome.trace.push_back(FrameText(outcome.frame));
   return std::move(outcome.trace);
 }

@@ -5,8 +5,8 @@
 #include <set>
 #include <string>
 
-#include "scenario/Record.h"
-#include "scenario/Scenario.h"
+#include "scenario/Trace.h"
+#include "softcard/Card.h"
 
 namespace scenario {
 
@@ -14,23 +14,39 @@ namespace scenario {
 /// goes.
 class Performer {
  public:
-  Performer() = default;
+  explicit Performer(softcard::Card& card) : card_(card) {}
   ~Performer();
   Performer(const Performer&) = delete;
   Performer& operator=(const Performer&) = delete;
 
-  Record Perform(const Request& request);
-  Record Perform(const Client& client);
+  using Work = std::function<RequestResult()>;
+
+  /// Obtains the module, which starts it the first time in a process.
+  Trace Start();
+  /// Makes a request. From inside a client's callback it becomes part of the request under way: there is nothing but
+  /// its result to be returned, and what it throws passes through.
+  Trace Perform(const Work& request);
+
+  using Callback = std::function<void(int destination, unsigned port)>;
+
+  /// An empty callback silences the client.
+  void Register(const std::string& client, Callback callback);
+
+  // For callbacks.
+  void Told(const std::string& client, int destination, unsigned port);
+  void Note(const std::string& text);
+  /// Makes a request one callback deeper.
+  RequestResult Deeper(const Work& request);
+  /// Marks a client as calling; says whether it was not.
+  bool BeginsToCall(const std::string& client) { return calling_.insert(client).second; }
+  void EndsToCall(const std::string& client) { calling_.erase(client); }
 
  private:
-  Record Recorded(const std::function<Outcome()>& work);
-  Outcome Make(const Request& request);
-  void Register(const Client& client);
-  void Notified(const Client& client, int destination, unsigned port);
-  void Note(const std::string& text);
   void CollectEvents();
 
-  Record record_;
+  softcard::Card& card_;
+  Trace trace_;
+  bool under_way_ = false;
   unsigned depth_ = 0;             ///< callbacks that are making requests
   std::set<std::string> calling_;  ///< the clients whose callbacks these are
   std::set<std::string> clients_;

@@ -1,16 +1,9 @@
-#include "scenario/ScenarioParser.h"
-
 #include <algorithm>
-#include <cctype>
-#include <limits>
 #include <set>
 
-#include "scenario/SourceLine.h"
-#include "scenario/StatementParser.h"
-#include "scenario/Substitution.h"
+#include "scenario/LineReader.h"
+#include "scenario/Scenario.h"
 #include "scenario/Suggestion.h"
-#include "scenario/SyntaxError.h"
-#include "scenario/Values.h"
 
 namespace scenario {
 namespace {
@@ -18,84 +11,63 @@ namespace {
 constexpr std::size_t kMaxComplaints = 20;
 constexpr std::size_t kMaxStatements = 4'000'000;
 
-/// "for I in 1..300".
-struct Loop {
-  std::string counter;
-  std::int64_t first;
-  std::int64_t last;
-};
-
-Loop ParseLoop(const std::vector<Token>& words) {
-  constexpr char kUsage[] = "for COUNTER in FIRST..LAST";
-  if (words.size() != 4 || words[2].text != "in") throw SyntaxError{words[0].offset, "this is no loop", kUsage};
-  const std::string& counter = words[1].text;
-  if (!std::all_of(counter.begin(), counter.end(), [](unsigned char c) { return std::isalpha(c) || c == '_'; })) {
-    throw SyntaxError{words[1].offset, Quoted(counter) + " is no name for a counter; use letters", kUsage};
-  }
-  const Token& range = words[3];
-  const std::size_t dots = range.text.find("..");
-  if (dots == std::string::npos) throw SyntaxError{range.offset, Quoted(range.text) + " is no range", kUsage};
-  const auto number = [&](const Token& word) {
-    constexpr long long kHighest = std::numeric_limits<unsigned>::max();
-    return ToNumber(word, "end of a range", -kHighest, kHighest);
-  };
-  Loop loop{counter, number({range.text.substr(0, dots), range.offset}),
-            number({range.text.substr(dots + 2), range.offset + dots + 2})};
-  if (loop.first > loop.last) throw SyntaxError{range.offset, "this range is empty; a loop counts up", kUsage};
-  return loop;
-}
-
-/// Unrolls loops and parses every line that comes out.
-class Unroller {
+/// Reads every line in every round of the loops around it, as the run will, and keeps nothing of it.
+class Checker {
  public:
-  Unroller(Scenario& scenario, const Report& report) : scenario_(scenario), report_(report) {}
+  Checker(Scenario& scenario, const Report& report)
+      : scenario_(scenario), report_(report), reader_(*scenario.language, scenario.card) {}
 
-  void Unroll(const std::vector<SourceLine>& lines) {
+  void Check(const std::vector<SourceLine>& lines) {
     for (const SourceLine& line : lines) {
-      if (unusable_.count(line.number) != 0) continue;
+      if (!unusable_.empty() && unusable_.count(line.number) != 0) continue;
       try {
-        UnrollLine(line);
+        CheckLine(line);
       } catch (const SyntaxError& error) {
-        // Once is enough for a line of a loop.
-        unusable_.insert(line.number);
-        report_(line, InThisRound(error));
+        Complain(line, error);
       }
     }
   }
 
  private:
-  void UnrollLine(const SourceLine& line) {
-    std::vector<Token> words;
-    for (const Token& word : line.words) words.push_back(Substitute(word, counters_));
-    if (words[0].text == "for") {
-      UnrollLoop(line, ParseLoop(words));
-    } else if (words[0].text == "card") {
-      if (!counters_.empty() || !scenario_.statements.empty() || card_given_) {
-        throw SyntaxError{words[0].offset, "\"card\" comes once, before everything else"};
-      }
-      card_given_ = true;
-      scenario_.card = ParseCard(words);
-    } else {
-      Add(line, words);
+  void CheckLine(const SourceLine& line) {
+    if (line.kind == Kind::kLoop) {
+      CheckLoop(line);
+    } else if (line.kind == Kind::kCard) {
+      CheckCard(line);
+    } else if (CheckTexts(line)) {
+      if (statements_ == kMaxStatements) throw TooLong(line);
+      CheckOrder(line, reader_.Read(line, rounds_));
+      ++statements_;
     }
   }
 
-  void UnrollLoop(const SourceLine& line, const Loop& loop) {
+  void CheckCard(const SourceLine& line) {
+    const Token& name = line.words[0];
+    if (!rounds_.empty() || statements_ > 0 || card_given_) {
+      throw SyntaxError{name.offset, "\"card\" comes once, before everything else"};
+    }
+    card_given_ = true;
+    scenario_.card = ReadCard(Fields(scenario_.language->Find(name.text)->form, line.words, 1));
+  }
+
+  void CheckLoop(const SourceLine& line) {
+    const Loop loop = reader_.ReadLoop(line, rounds_);
     const auto rounds = static_cast<std::size_t>(loop.last - loop.first) + 1;
-    rounds_ += rounds;
-    const std::size_t statements = scenario_.statements.size() + rounds * Statements(line.body);
-    if (rounds_ > kMaxStatements || statements > kMaxStatements) throw TooLong(line);
+    loop_rounds_ += rounds;
+    if (loop_rounds_ > kMaxStatements || statements_ + rounds * Statements(line.body) > kMaxStatements) {
+      throw TooLong(line);
+    }
     for (std::int64_t value = loop.first; value <= loop.last; ++value) {
-      counters_.emplace_back(loop.counter, value);
-      Unroll(line.body);
-      counters_.pop_back();
+      rounds_.emplace_back(loop.counter, value);
+      Check(line.body);
+      rounds_.pop_back();
     }
   }
 
   /// How many come out of one round, at least.
   static std::size_t Statements(const std::vector<SourceLine>& lines) {
     std::size_t count = 0;
-    for (const SourceLine& line : lines) count += line.words[0].text == "for" ? Statements(line.body) : 1;
+    for (const SourceLine& line : lines) count += line.kind == Kind::kLoop ? Statements(line.body) : 1;
     return count;
   }
 
@@ -104,64 +76,75 @@ class Unroller {
             "the scenario has more than " + std::to_string(kMaxStatements) + " lines with the rounds of its loops"};
   }
 
-  void Add(const SourceLine& line, const std::vector<Token>& words) {
-    if (scenario_.statements.size() == kMaxStatements) throw TooLong(line);
-    std::vector<std::string> block;
-    for (const SourceLine& row : line.body) block.push_back(SubstituteRow(row));
-    Statement statement{line.number, Substitute({std::string(line.statement), 0}, counters_).text,
-                        ParseStatement(words, block, scenario_.card)};
-    CheckOrder(statement, words[0]);
-    scenario_.statements.push_back(std::move(statement));
-  }
-
-  std::string SubstituteRow(const SourceLine& row) {
-    try {
-      return Substitute(row.words[0], counters_).text;
-    } catch (const SyntaxError& error) {
-      report_(row, InThisRound(error));
-      return "";
+  /// Whether counters can be replaced in the line as a whole, which a step shows, and in each line of its block.
+  bool CheckTexts(const SourceLine& line) {
+    if (!line.counts) return true;
+    if (whole_.insert(line.number).second) {
+      std::string text;
+      Substitute({line.statement, 0}, rounds_, text);
     }
+    bool good = true;
+    for (const SourceLine& row : line.body) {
+      std::string text;
+      try {
+        Substitute(row.words[0], rounds_, text);
+      } catch (const SyntaxError& error) {
+        Complain(row, error);
+        good = false;
+      }
+    }
+    if (!good) unusable_.insert(line.number);
+    return good;
   }
 
   /// What a statement needs of those before it.
-  void CheckOrder(const Statement& statement, const Token& name) {
-    if (const auto* request = std::get_if<Request>(&statement.action)) {
-      if (request->operation == Operation::kStart && !last_request_.empty()) {
-        throw SyntaxError{name.offset,
-                          "\"start\" comes before every request; without it the module starts first of all"};
-      }
-      last_request_ = name.text;
-      has_result_ = request->operation != Operation::kStart;
-    } else if (std::holds_alternative<Client>(statement.action) || std::holds_alternative<Send>(statement.action)) {
-      last_request_ = name.text;
-      has_result_ = false;
-    } else if (const auto* expectation = std::get_if<Expectation>(&statement.action)) {
-      const bool about_result =
-          expectation->kind == Expectation::Kind::kResult || expectation->kind == Expectation::Kind::kThrow;
-      if (about_result && !has_result_ && unusable_.empty()) {
-        throw SyntaxError{name.offset, last_request_.empty() ? "no request comes before this expectation of its result"
-                                                             : Quoted(last_request_) + " has no result"};
-      }
+  void CheckOrder(const SourceLine& line, const ReadStatement& statement) {
+    const Token& name = line.words[0];
+    switch (statement.kind) {
+      case Kind::kStart:
+        if (!last_request_.empty()) {
+          throw SyntaxError{name.offset,
+                            "\"start\" comes before every request; without it the module starts first of all"};
+        }
+        scenario_.starts_itself = true;
+        break;
+      case Kind::kExpectation:
+        if (statement.about_result && !has_result_ && unusable_.empty()) {
+          throw SyntaxError{name.offset, last_request_.empty()
+                                             ? "no request comes before this expectation of its result"
+                                             : Quoted(last_request_) + " has no result"};
+        }
+        return;
+      case Kind::kRequest:
+      case Kind::kClient:
+      case Kind::kPacket: break;
+      default: return;
     }
+    last_request_ = name.text;
+    has_result_ = statement.kind == Kind::kRequest;
   }
 
-  /// The error with the round of the loops in which it came up.
-  SyntaxError InThisRound(SyntaxError error) const {
+  /// Once is enough for a line of a loop.
+  void Complain(const SourceLine& line, SyntaxError error) {
+    unusable_.insert(line.number);
     std::string round;
-    for (const auto& [name, value] : counters_) {
+    for (const auto& [name, value] : rounds_) {
       round += (round.empty() ? " (with " : ", ") + name + "=" + std::to_string(value);
     }
     if (!round.empty()) error.message += round + ")";
-    return error;
+    report_(line, error);
   }
 
   Scenario& scenario_;
   const Report& report_;
-  Counters counters_;
+  LineReader reader_;
+  Counters rounds_;
   bool card_given_ = false;
-  std::size_t rounds_ = 0;       ///< of all loops, empty ones too
-  std::set<unsigned> unusable_;  ///< numbers of lines that were reported
-  std::string last_request_;
+  std::size_t statements_ = 0;
+  std::size_t loop_rounds_ = 0;    ///< of all loops, empty ones too
+  std::set<unsigned> unusable_{};  ///< numbers of lines that were reported
+  std::set<unsigned> whole_{};     ///< numbers of lines that were looked at as a whole
+  std::string_view last_request_;
   bool has_result_ = false;
 };
 
@@ -186,9 +169,9 @@ std::string Complaint::Text(const std::string& file) const {
          "\n  " + indent + "^\n" + (usage.empty() ? "" : "  usage: " + usage + "\n");
 }
 
-ParsedScenario ParseScenario(const std::string& file, std::string_view text) {
+ParsedScenario ParseScenario(const Language& language, const std::string& file, std::string text) {
   ParsedScenario parsed;
-  parsed.scenario.file = file;
+  Scenario& scenario = parsed.scenario;
   const Report report = [&](const SourceLine& line, const SyntaxError& error) {
     if (parsed.complaints.size() == kMaxComplaints) return;
     std::string_view source = line.text;
@@ -196,8 +179,11 @@ ParsedScenario ParseScenario(const std::string& file, std::string_view text) {
     parsed.complaints.push_back(
         {line.number, Characters(source.substr(0, error.offset)) + 1, error.message, error.usage, std::string(source)});
   };
-  const std::vector<SourceLine> lines = ReadSource(text, report);
-  Unroller(parsed.scenario, report).Unroll(lines);
+  scenario.file = file;
+  scenario.language = &language;
+  scenario.text = std::make_unique<SourceText>(SourceText{std::move(text), {}});
+  scenario.lines = ReadSource(language, *scenario.text, report);
+  Checker(scenario, report).Check(scenario.lines);
   std::stable_sort(parsed.complaints.begin(), parsed.complaints.end(),
                    [](const Complaint& a, const Complaint& b) { return a.line < b.line; });
   return parsed;

@@ -1,6 +1,7 @@
 #include "scenario/SourceLine.h"
 
-#include "scenario/StatementParser.h"
+#include <algorithm>
+
 #include "scenario/Suggestion.h"
 
 namespace scenario {
@@ -8,7 +9,8 @@ namespace {
 
 class Reader {
  public:
-  Reader(std::string_view text, const Report& report) : rest_(text), report_(report) {
+  Reader(const Language& language, SourceText& text, const Report& report)
+      : language_(language), rest_(text.whole), texts_(text.words), report_(report) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     if (rest_.substr(0, kByteOrderMark.size()) == kByteOrderMark) rest_.remove_prefix(kByteOrderMark.size());
   }
@@ -18,22 +20,24 @@ class Reader {
     std::vector<SourceLine> lines;
     while (auto line = Next()) {
       if (!Split(*line)) continue;
-      const std::string& name = line->words[0].text;
-      if (name == "end") {
+      const Statement* const statement = language_.Find(line->words[0].text);
+      if (statement != nullptr) line->kind = statement->kind;
+      if (line->kind == Kind::kEnd) {
         if (line->words.size() > 1) Complain(*line, line->words[1], "nothing follows \"end\" on its line");
         if (opener != nullptr) return lines;
         Complain(*line, line->words[0], "there is no \"for\" or \"expect\" that this \"end\" ends");
         continue;
       }
-      if (name == "for") {
+      if (line->kind == Kind::kLoop) {
         if (depth == kMaxDepth) {
           Complain(*line, line->words[0], "more than " + std::to_string(kMaxDepth) + " loops within each other");
           return lines;
         }
         line->body = Statements(&*line, depth + 1);
-      } else if (HasBlock(line->words)) {
+      } else if (language_.HasBlock(line->words)) {
         line->body = Block(*line);
       }
+      line->counts = Counts(*line);
       lines.push_back(*std::move(line));
     }
     if (opener != nullptr) ComplainOfNoEnd(*opener);
@@ -47,7 +51,7 @@ class Reader {
   std::optional<SourceLine> Next() {
     while (!rest_.empty()) {
       const std::size_t end = std::min(rest_.find('\n'), rest_.size());
-      SourceLine line{++number_, rest_.substr(0, end), {}, {}, {}};
+      SourceLine line{++number_, rest_.substr(0, end)};
       rest_.remove_prefix(std::min(end + 1, rest_.size()));
       const std::string_view trimmed = Trim(line.text);
       if (!trimmed.empty() && trimmed[0] != '#') return line;
@@ -63,11 +67,11 @@ class Reader {
     if (trimmed.substr(0, kSay.size()) == kSay) {
       const std::string_view said = Trim(trimmed.substr(kSay.size()));
       line.statement = trimmed;
-      line.words = {{"say", offset(trimmed)}, {std::string(said), offset(said), true}};
+      line.words = {{"say", offset(trimmed)}, {said, offset(said), true}};
       return true;
     }
     try {
-      line.words = Tokenize(line.text);
+      line.words = Tokenize(line.text, texts_);
       line.statement = WithoutComment(line.text);
       return true;
     } catch (const SyntaxError& error) {
@@ -82,7 +86,7 @@ class Reader {
     while (auto line = Next()) {
       const std::string_view trimmed = Trim(line->text);
       if (trimmed == "end") return lines;
-      line->words = {{std::string(trimmed), static_cast<std::size_t>(trimmed.data() - line->text.data()), true}};
+      line->words = {{trimmed, static_cast<std::size_t>(trimmed.data() - line->text.data()), true}};
       lines.push_back(*std::move(line));
     }
     ComplainOfNoEnd(opener);
@@ -97,15 +101,23 @@ class Reader {
     report_(line, {where.offset, message});
   }
 
+  static bool Counts(const SourceLine& line) {
+    const auto has_counter = [](const Token& word) { return word.text.find('$') != std::string_view::npos; };
+    return std::any_of(line.words.begin(), line.words.end(), has_counter) ||
+           std::any_of(line.body.begin(), line.body.end(), Counts);
+  }
+
+  const Language& language_;
   std::string_view rest_;
+  Texts& texts_;
   const Report& report_;
   unsigned number_ = 0;
 };
 
 }  // namespace
 
-std::vector<SourceLine> ReadSource(std::string_view text, const Report& report) {
-  return Reader(text, report).Statements(nullptr);
+std::vector<SourceLine> ReadSource(const Language& language, SourceText& text, const Report& report) {
+  return Reader(language, text, report).Statements(nullptr);
 }
 
 }  // namespace scenario

@@ -89,17 +89,21 @@ class Expression {
 
   std::int64_t Counter() {
     const auto is_name = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
-    const char* const begin = text_.begin() + static_cast<std::ptrdiff_t>(position_);
-    const std::string name(begin, std::find_if_not(begin, text_.end(), is_name));
+    const auto end = std::find_if_not(text_.begin() + static_cast<std::ptrdiff_t>(position_), text_.end(), is_name);
+    const std::string_view name = text_.substr(position_, static_cast<std::size_t>(end - text_.begin()) - position_);
     if (name.empty()) Fail(depth_ > 0 ? "expected a number or a loop's counter" : "expected $COUNTER, $(...) or $$");
-    std::vector<std::string> names;
     // From the innermost out: an inner counter hides an outer one of the same name.
     for (auto counter = counters_.rbegin(); counter != counters_.rend(); ++counter) {
-      names.push_back(counter->first);
       if (counter->first != name) continue;
       position_ += name.size();
       return counter->second;
     }
+    FailAtName(name);
+  }
+
+  [[noreturn]] void FailAtName(std::string_view name) const {
+    std::vector<std::string> names;
+    for (auto counter = counters_.rbegin(); counter != counters_.rend(); ++counter) names.push_back(counter->first);
     Fail("no loop around this line counts " + Quoted(name) +
          (names.empty() ? "; a dollar sign is $$" : Suggest(name, names)));
   }
@@ -119,23 +123,21 @@ class Expression {
 
 }  // namespace
 
-Token Substitute(const Token& token, const Counters& counters) {
-  if (token.text.find('$') == std::string::npos) return token;
-  const std::string_view text = token.text;
-  Token result{"", token.offset, token.quoted};
-  for (std::size_t i = 0; i < text.size();) {
-    if (text[i] != '$') {
-      result.text += text[i++];
-    } else if (text.substr(i, 2) == "$$") {
-      result.text += '$';
+void Substitute(const Token& token, const Counters& counters, std::string& text) {
+  for (std::size_t i = 0; i < token.text.size();) {
+    if (token.text[i] != '$') {
+      const std::size_t end = std::min(token.text.find('$', i), token.text.size());
+      text += token.text.substr(i, end - i);
+      i = end;
+    } else if (token.text.substr(i, 2) == "$$") {
+      text += '$';
       i += 2;
     } else {
-      Expression expression(text.substr(i + 1), token.offset + i + 1, counters);
-      result.text += std::to_string(expression.Value());
+      Expression expression(token.text.substr(i + 1), token.offset + i + 1, counters);
+      text += std::to_string(expression.Value());
       i += 1 + expression.length();
     }
   }
-  return result;
 }
 
 }  // namespace scenario

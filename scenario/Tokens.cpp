@@ -1,5 +1,7 @@
 #include "scenario/Tokens.h"
 
+#include <utility>
+
 #include "scenario/SyntaxError.h"
 
 namespace scenario {
@@ -9,26 +11,39 @@ constexpr std::string_view kBlanks = " \t\r";
 
 bool IsBlank(char c) { return kBlanks.find(c) != std::string_view::npos; }
 
-/// Reads the token that begins at `position` and moves `position` behind it.
-Token ReadToken(std::string_view line, std::size_t& position) {
-  Token token{"", position, line[position] == '"'};
+/// The end of the word that begins at `begin`.
+std::size_t EndOfWord(std::string_view line, std::size_t begin) {
   std::size_t open_quote = std::string_view::npos;
-  for (; position < line.size() && (open_quote != std::string_view::npos || !IsBlank(line[position])); ++position) {
-    char c = line[position];
-    if (c == '"') {
-      open_quote = open_quote == std::string_view::npos ? position : std::string_view::npos;
-      continue;
+  std::size_t end = begin;
+  for (; end < line.size() && (open_quote != std::string_view::npos || !IsBlank(line[end])); ++end) {
+    if (line[end] == '"') {
+      open_quote = open_quote == std::string_view::npos ? end : std::string_view::npos;
+    } else if (line[end] == '\\' && open_quote != std::string_view::npos && end + 1 < line.size() &&
+               (line[end + 1] == '"' || line[end + 1] == '\\')) {
+      ++end;
     }
-    const bool escape = c == '\\' && open_quote != std::string_view::npos && position + 1 < line.size() &&
-                        (line[position + 1] == '"' || line[position + 1] == '\\');
-    if (escape) c = line[++position];
-    token.text += c;
   }
   if (open_quote != std::string_view::npos) throw SyntaxError{open_quote, "this quote is not closed"};
-  return token;
+  return end;
 }
 
-/// Calls `consume(token)` for each token; returns the end of the last one.
+/// A word as it is meant.
+std::string WithoutQuotes(std::string_view word) {
+  std::string text;
+  bool quoted = false;
+  for (std::size_t i = 0; i < word.size(); ++i) {
+    if (word[i] == '"') {
+      quoted = !quoted;
+      continue;
+    }
+    const bool escape = word[i] == '\\' && quoted && i + 1 < word.size() && (word[i + 1] == '"' || word[i + 1] == '\\');
+    if (escape) ++i;
+    text += word[i];
+  }
+  return text;
+}
+
+/// Calls `consume(word, offset)` for each word as it is written; returns the end of the last one.
 template <typename Consume>
 std::size_t Scan(std::string_view line, Consume consume) {
   std::size_t end = 0;
@@ -38,22 +53,26 @@ std::size_t Scan(std::string_view line, Consume consume) {
       continue;
     }
     if (line[position] == '#') break;
-    consume(ReadToken(line, position));
-    end = position;
+    end = EndOfWord(line, position);
+    consume(line.substr(position, end - position), position);
+    position = end;
   }
   return end;
 }
 
 }  // namespace
 
-std::vector<Token> Tokenize(std::string_view line) {
+std::vector<Token> Tokenize(std::string_view line, Texts& texts) {
   std::vector<Token> tokens;
-  Scan(line, [&](Token&& token) { tokens.push_back(std::move(token)); });
+  Scan(line, [&](std::string_view word, std::size_t offset) {
+    const bool as_it_is = word.find('"') == std::string_view::npos;
+    tokens.push_back({as_it_is ? word : texts.emplace_back(WithoutQuotes(word)), offset, word[0] == '"'});
+  });
   return tokens;
 }
 
 std::string_view WithoutComment(std::string_view line) {
-  return Trim(line.substr(0, Scan(line, [](const Token&) {})));
+  return Trim(line.substr(0, Scan(line, [](std::string_view, std::size_t) {})));
 }
 
 std::vector<Token> Elements(const Token& list) {
@@ -62,7 +81,7 @@ std::vector<Token> Elements(const Token& list) {
   for (std::size_t begin = 0;;) {
     const std::size_t comma = list.text.find(',', begin);
     elements.push_back({list.text.substr(begin, comma - begin), list.offset + begin});
-    if (comma == std::string::npos) return elements;
+    if (comma == std::string_view::npos) return elements;
     begin = comma + 1;
   }
 }

@@ -70,10 +70,11 @@ std::errc Read(std::string_view text, long long& number) {
   return stop == end ? error : std::errc::invalid_argument;
 }
 
-std::string OneOf(const std::vector<std::string>& known, const Token& word, const std::string& what) {
+std::string OneOf(const std::vector<std::string>& known, const Token& word, std::string_view what) {
   const auto found = std::find(known.begin(), known.end(), word.text);
   if (found == known.end()) {
-    throw SyntaxError{word.offset, "unknown " + what + " " + Quoted(word.text) + Suggest(word.text, known)};
+    throw SyntaxError{word.offset,
+                      "unknown " + std::string(what) + " " + Quoted(word.text) + Suggest(word.text, known)};
   }
   return *found;
 }
@@ -83,30 +84,31 @@ bool StartsWith(std::string_view text, std::string_view start) { return text.sub
 /// Which ports of this kind the card has, when `name` is of the kind and beyond them.
 void CheckPort(const Token& word, std::string_view kind, unsigned count) {
   long long index = 0;
-  if (!StartsWith(word.text, kind) || Read(std::string_view(word.text).substr(kind.size()), index) != std::errc{})
-    return;
+  if (!StartsWith(word.text, kind) || Read(word.text.substr(kind.size()), index) != std::errc{}) return;
   if (index >= 1 && index <= count) return;
   const std::string name(kind);
-  throw SyntaxError{word.offset, "the card has no " + word.text + "; it has " +
+  const std::string text(word.text);
+  throw SyntaxError{word.offset, "the card has no " + text + "; it has " +
                                      (count == 0 ? "none" : name + "1 ... " + name + std::to_string(count)) +
-                                     ", and \"absent:" + word.text + "\" asks for the port all the same"};
+                                     ", and \"absent:" + text + "\" asks for the port all the same"};
 }
 
 /// "vlan99999999" is a lim id in all but its number.
-void CheckIndex(const Token& word, const std::string& name) {
+void CheckIndex(const Token& word, std::string_view name) {
   constexpr long long kHighest = 0xFFFFFF;
   for (const std::string_view kind : {"eth", "lag", "vlan"}) {
     long long index = 0;
     if (!StartsWith(name, kind)) continue;
-    const std::errc error = Read(std::string_view(name).substr(kind.size()), index);
+    const std::errc error = Read(name.substr(kind.size()), index);
     if (error == std::errc::invalid_argument || (error == std::errc{} && index <= kHighest)) continue;
-    throw SyntaxError{word.offset, name + " does not fit; the number of a lim id is 0 ... " + std::to_string(kHighest)};
+    throw SyntaxError{word.offset,
+                      std::string(name) + " does not fit; the number of a lim id is 0 ... " + std::to_string(kHighest)};
   }
 }
 
 /// "eth7" for "eht7".
-std::string SuggestPort(const std::string& name) {
-  const std::string number = name.substr(std::min(name.find_first_of("0123456789"), name.size()));
+std::string SuggestPort(std::string_view name) {
+  const std::string number(name.substr(std::min(name.find_first_of("0123456789"), name.size())));
   const std::string suggestion = Suggest(name, {"eth" + number, "lag" + number, "vlan" + number, "cpu"});
   const bool near = !number.empty() && suggestion.find('?') != std::string::npos;
   return near ? suggestion : "; a lim id is ethN, lagN, vlanN, cpu or the word itself, such as 0x05000001";
@@ -118,35 +120,35 @@ const Names kVlanCapabilities = {{"none", 0}, {"station-flag", 1}};
 const Names kMplsCapabilities = {{"none", 0}, {"protection", 1}, {"swap", 2}, {"forward", 3}, {"push", 4}, {"vc", 5}};
 const Names kActions = {{"none", 0}, {"drop", 1}, {"cpu", 2}};
 
-long long ToNumber(const Token& word, const std::string& what, long long low, long long high, const Names& names) {
+long long ToNumber(const Token& word, std::string_view what, long long low, long long high, const Names& names) {
   for (const auto& [name, value] : names) {
     if (name == word.text) return value;
   }
   long long number = 0;
   const std::errc error = Read(word.text, number);
   if (error == std::errc::invalid_argument) {
-    throw SyntaxError{word.offset, Quoted(word.text) + " is no " + what +
+    throw SyntaxError{word.offset, Quoted(word.text) + " is no " + std::string(what) +
                                        (names.empty() ? "; it is a number" : Suggest(word.text, NamesOf(names)))};
   }
   if (error != std::errc{} || number < low || number > high) {
-    throw SyntaxError{word.offset, word.text + " does not fit; " + what + " is " + std::to_string(low) + " ... " +
-                                       std::to_string(high)};
+    throw SyntaxError{word.offset, std::string(word.text) + " does not fit; " + std::string(what) + " is " +
+                                       std::to_string(low) + " ... " + std::to_string(high)};
   }
   return number;
 }
 
-unsigned ToUnsigned(const Token& word, const std::string& what) {
+unsigned ToUnsigned(const Token& word, std::string_view what) {
   return static_cast<unsigned>(ToNumber(word, what, Lowest<unsigned>(), Highest<unsigned>()));
 }
 
-int ToInt(const Token& word, const std::string& what, const Names& names) {
+int ToInt(const Token& word, std::string_view what, const Names& names) {
   return static_cast<int>(ToNumber(word, what, Lowest<int>(), Highest<int>(), names));
 }
 
 std::optional<std::array<unsigned char, 6>> ToMac(const Token& word) {
   if (word.text == "null") return std::nullopt;
   const std::size_t plus = word.text.find('+');
-  const std::string_view bytes = std::string_view(word.text).substr(0, plus);
+  const std::string_view bytes = word.text.substr(0, plus);
   unsigned long long address = 0;
   unsigned count = 0;
   for (std::size_t begin = 0; begin <= bytes.size(); ++count) {
@@ -166,7 +168,7 @@ std::optional<std::array<unsigned char, 6>> ToMac(const Token& word) {
                                        "; one has six, such as 00:00:5e:00:01:01"};
   }
   if (plus != std::string::npos) {
-    address += ToUnsigned({word.text.substr(plus + 1), word.offset + plus + 1}, "offset of a MAC address");
+    address += ToUnsigned(Behind(word, plus + 1), "offset of a MAC address");
   }
   std::array<unsigned char, 6> mac{};
   for (unsigned i = 0; i < 6; ++i) mac[i] = static_cast<unsigned char>(address >> (40 - 8 * i));
@@ -177,7 +179,7 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card) {
   constexpr std::string_view kAbsent = "absent:";
   if (StartsWith(word.text, "0x")) return {ToUnsigned(word, "lim id")};
   const bool absent = StartsWith(word.text, kAbsent);
-  const std::string name = absent ? word.text.substr(kAbsent.size()) : word.text;
+  const std::string_view name = absent ? word.text.substr(kAbsent.size()) : word.text;
   const std::optional<limid_t> limid = softcard::ReadLimId(name);
   if (!limid) {
     CheckIndex(word, name);
@@ -190,7 +192,7 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card) {
   return *limid;
 }
 
-int ToStatus(const Token& word, const std::string& what) { return ToInt(word, what, kStatuses); }
+int ToStatus(const Token& word, std::string_view what) { return ToInt(word, what, kStatuses); }
 
 std::string ToFunction(const Token& word) { return OneOf(FunctionNames(false), word, "platform function"); }
 

@@ -4,6 +4,8 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "hal/limid.h"
@@ -16,9 +18,9 @@ namespace scenario {
 using Names = std::vector<std::pair<std::string, long long>>;
 
 /// Decimal or 0x hexadecimal, or one of `names`, between `low` and `high`. `what` says in messages what the number is.
-long long ToNumber(const Token& word, const std::string& what, long long low, long long high, const Names& names = {});
-unsigned ToUnsigned(const Token& word, const std::string& what);
-int ToInt(const Token& word, const std::string& what, const Names& names = {});
+long long ToNumber(const Token& word, std::string_view what, long long low, long long high, const Names& names = {});
+unsigned ToUnsigned(const Token& word, std::string_view what);
+int ToInt(const Token& word, std::string_view what, const Names& names = {});
 
 /// "00:00:5e:00:01:01", also with an offset, "00:00:5e:00:01:00+17"; nothing for "null".
 std::optional<std::array<unsigned char, 6>> ToMac(const Token& word);
@@ -28,7 +30,7 @@ std::optional<std::array<unsigned char, 6>> ToMac(const Token& word);
 limid_t ToLimId(const Token& word, const softcard::CardDescription& card);
 
 /// A status by name, such as BCM_E_FULL, or by number.
-int ToStatus(const Token& word, const std::string& what);
+int ToStatus(const Token& word, std::string_view what);
 
 /// A platform function by the name that the call log gives it; one with a result that a fault can replace.
 std::string ToFunction(const Token& word);

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "scenario/Performer.h"
-#include "scenario/ScenarioParser.h"
+#include "scenario/Run.h"
 #include "tests/model/Generator.h"
 #include "tests/model/Subject.h"
 
@@ -27,46 +26,39 @@ std::vector<std::string> OnTheModule(const std::vector<Request>& requests) {
   return lines;
 }
 
-/// Does what a scenario's statement says; expectations and shows are not among what a generator prints.
-struct Doer {
-  scenario::Performer performer;
+/// Keeps the calls and log lines of a run.
+struct Listener : scenario::Observer {
+  void Took(const scenario::Step& step) override {
+    const auto* const trace = std::get_if<scenario::Trace>(&step.content);
+    if (trace == nullptr) return;
+    for (const scenario::TraceLine& line : trace->lines) {
+      if (line.kind() == scenario::TraceLine::Kind::kCall || line.kind() == scenario::TraceLine::Kind::kLog) {
+        lines.push_back(line.Text());
+      }
+    }
+  }
+  void Ended(const std::string&, const scenario::Tally&) override {}
+
   std::vector<std::string> lines;
-
-  void operator()(const scenario::Request& request) { Take(performer.Perform(request)); }
-  void operator()(const scenario::Client& client) { Take(performer.Perform(client)); }
-  void operator()(const scenario::Fault& fault) {
-    softcard::Card::Get().faults().FailNth(fault.function, fault.number, fault.result);
-  }
-  void operator()(const scenario::ClearFaults&) { softcard::Card::Get().faults().Clear(); }
-  template <typename Other>
-  void operator()(const Other&) {
-    ADD_FAILURE() << "a statement that is no request";
-  }
-
-  void Take(const scenario::Record& record) {
-    for (const auto& line : record.trace)
-      if (line.kind == scenario::TraceLine::Kind::kCall || line.kind == scenario::TraceLine::Kind::kLog)
-        lines.push_back(line.text);
-  }
 };
 
-std::vector<std::string> OnTheConsole(const scenario::Scenario& scenario) {
-  const Subject silence_earlier_clients;
-  const softcard::Record record(softcard::Card::Get().log(), softcard::CallLog::Recording::kCalls);
-  Doer doer;
-  for (const auto& statement : scenario.statements) std::visit(doer, statement.action);
-  return doer.lines;
+std::vector<std::string> InTheConsole(const scenario::Scenario& scenario) {
+  Listener listener;
+  scenario::RunScenario(scenario, softcard::Card::Get(), scenario::Accesses::kLeftOut, listener);
+  return listener.lines;
 }
 
 }  // namespace
 
 TEST(AScenarioPrintedForRandomRequests, MakesTheSameCallsAndLogLinesInTheConsole) {
+  scenario::Language language;
+  scenario::AddStandard(language);
   for (unsigned long seed = 1; seed <= 50; ++seed) {
     const auto requests = Generator(seed).Sequence(30);
-    const auto parsed = scenario::ParseScenario("printed", Scenario(requests));
+    const auto parsed = scenario::ParseScenario(language, "printed", Scenario(requests));
     ASSERT_TRUE(parsed.complaints.empty()) << parsed.complaints[0].Text("printed");
     OnTheModule(requests);  // makes the clients known: a name that is new logs less
     const auto lines = OnTheModule(requests);
-    ASSERT_EQ(OnTheConsole(parsed.scenario), lines) << "seed " << seed << '\n' << Scenario(requests);
+    ASSERT_EQ(InTheConsole(parsed.scenario), lines) << "seed " << seed << '\n' << Scenario(requests);
   }
 }

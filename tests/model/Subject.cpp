@@ -42,14 +42,18 @@ bool IsComparable(const calls::Event& event) {
 
 }  // namespace
 
-// Clients cannot be taken out of the registry; those of an earlier subject are silenced.
+// Clients cannot be taken out of the registry: what was registered once stays known to the module.
 std::set<std::string> Subject::names_;
 
 Subject::Subject(const softcard::CardDescription& description) : model_(names_) {
   HalL3MplsEncapsulationInterface::GetInstance();
+  Card::Get().Reset(description);
+}
+
+Subject::~Subject() {
+  const softcard::Record silence(Card::Get().log(), softcard::CallLog::Recording::kNothing);
   for (const auto& name : names_)
     hal_encap::HalL3MplsEncapsulationUpdItf::GetInstance()->RegisterMplsUpdateClient(name, {});
-  Card::Get().Reset(description);
 }
 
 const std::vector<std::string>& Subject::Run(const Request& request) {

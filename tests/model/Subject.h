@@ -18,6 +18,10 @@ int Call(const Request& request);
 class Subject {
  public:
   explicit Subject(const softcard::CardDescription& description = {});
+  /// Silences the clients that it has registered: their callbacks refer to it.
+  ~Subject();
+  Subject(const Subject&) = delete;
+  Subject& operator=(const Subject&) = delete;
 
   /// Runs the request on the module, then has the model follow the transcript, and compares the registries. Throws
   /// Difference. Returns the transcript, which the

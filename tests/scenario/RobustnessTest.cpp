@@ -27,7 +27,7 @@ const std::string kScenario =
 
 // Whatever is changed, the parser says where it hurts or takes it.
 void ExpectSense(const std::string& text) {
-  const ParsedScenario parsed = ParseScenario("test.scn", text);
+  const ParsedScenario parsed = Parsed(text);
   const auto lines = static_cast<unsigned>(std::count(text.begin(), text.end(), '\n')) + 1;
   for (const Complaint& complaint : parsed.complaints) {
     EXPECT_GE(complaint.line, 1u) << text;

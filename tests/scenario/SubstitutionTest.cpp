@@ -7,7 +7,9 @@ namespace scenario {
 namespace {
 
 std::string Substituted(const std::string& text, const Counters& counters = {{"I", 7}, {"J", 3}}) {
-  return Substitute({text, 0}, counters).text;
+  std::string result;
+  Substitute({text, 0}, counters, result);
+  return result;
 }
 
 std::string Refusal(const std::string& text) {

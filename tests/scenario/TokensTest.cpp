@@ -4,9 +4,12 @@
 #include "scenario/Tokens.h"
 
 namespace scenario {
+namespace {
+
+Texts texts;
 
 TEST(Tokens, AreSeparatedByBlanksAndKnowTheirPlace) {
-  const auto tokens = Tokenize("  install-vrf\t 1  ");
+  const auto tokens = Tokenize("  install-vrf\t 1  ", texts);
   ASSERT_EQ(tokens.size(), 2u);
   EXPECT_EQ(tokens[0].text, "install-vrf");
   EXPECT_EQ(tokens[0].offset, 2u);
@@ -15,7 +18,7 @@ TEST(Tokens, AreSeparatedByBlanksAndKnowTheirPlace) {
 }
 
 TEST(Tokens, QuotesKeepBlanksTogetherAndEscapesQuotesAndBackslashes) {
-  const auto tokens = Tokenize(R"(throw "no \"room\" \\ left" name="a b")");
+  const auto tokens = Tokenize(R"(throw "no \"room\" \\ left" name="a b")", texts);
   ASSERT_EQ(tokens.size(), 3u);
   EXPECT_EQ(tokens[1].text, R"(no "room" \ left)");
   EXPECT_TRUE(tokens[1].quoted);
@@ -24,15 +27,15 @@ TEST(Tokens, QuotesKeepBlanksTogetherAndEscapesQuotesAndBackslashes) {
 }
 
 TEST(Tokens, EndAtAWordThatBeginsWithANumberSign) {
-  EXPECT_EQ(Tokenize("init # again").size(), 1u);
-  EXPECT_EQ(Tokenize("log a#b").size(), 2u);
-  EXPECT_EQ(Tokenize("log \"# no comment\"").size(), 2u);
+  EXPECT_EQ(Tokenize("init # again", texts).size(), 1u);
+  EXPECT_EQ(Tokenize("log a#b", texts).size(), 2u);
+  EXPECT_EQ(Tokenize("log \"# no comment\"", texts).size(), 2u);
   EXPECT_EQ(WithoutComment("  init   # again"), "init");
 }
 
 TEST(Tokens, RefuseAQuoteThatIsNotClosedAtItsPlace) {
   try {
-    Tokenize("throw \"no room");
+    Tokenize("throw \"no room", texts);
     FAIL() << "nothing was thrown";
   } catch (const SyntaxError& error) {
     EXPECT_EQ(error.offset, 6u);
@@ -49,4 +52,5 @@ TEST(Tokens, ElementsOfAListKnowTheirPlaceToo) {
   EXPECT_TRUE(Elements({"", 7}).empty());
 }
 
+}  // namespace
 }  // namespace scenario

@@ -1,0 +1,26 @@
+#ifndef CONSOLE_COMMANDS_COMMANDS_H
+#define CONSOLE_COMMANDS_COMMANDS_H
+
+#include <CLI/CLI.hpp>
+
+#include "scenario/Language.h"
+#include "softcard/Card.h"
+
+namespace console {
+
+enum ExitStatus { kAllHold = 0, kSomeFailed = 1, kUnusable = 2 };
+
+/// What subcommands work with.
+struct Console {
+  softcard::Card& card;
+  const scenario::Language& language;
+  ExitStatus status = kAllHold;  ///< of the one that was given
+};
+
+/// Each adds its subcommand, which does its work when `app` is parsed.
+void AddRun(CLI::App& app, Console& console);
+void AddCheck(CLI::App& app, Console& console);
+
+}  // namespace console
+
+#endif

@@ -1,0 +1,37 @@
+#include "scenario/LineReader.h"
+
+namespace scenario {
+
+const ReadStatement& LineReader::Read(const SourceLine& line, const Counters& rounds) {
+  if (line.counts) return last_ = language_.Read(Words(line, rounds), {card_, Block(line, rounds)});
+  auto kept = kept_.find(&line);
+  if (kept == kept_.end()) kept = kept_.emplace(&line, language_.Read(line.words, {card_, Block(line, rounds)})).first;
+  return kept->second;
+}
+
+Loop LineReader::ReadLoop(const SourceLine& line, const Counters& rounds) {
+  return scenario::ReadLoop(Words(line, rounds), language_.Find(line.words[0].text)->form);
+}
+
+const std::vector<Token>& LineReader::Words(const SourceLine& line, const Counters& rounds) {
+  words_ = line.words;
+  if (texts_.size() < words_.size()) texts_.resize(words_.size());
+  for (std::size_t i = 0; i < words_.size(); ++i) {
+    if (words_[i].text.find('$') == std::string_view::npos) continue;
+    texts_[i].clear();
+    Substitute(words_[i], rounds, texts_[i]);
+    words_[i].text = texts_[i];
+  }
+  return words_;
+}
+
+const std::vector<std::string>& LineReader::Block(const SourceLine& line, const Counters& rounds) {
+  block_.resize(line.body.size());
+  for (std::size_t i = 0; i < block_.size(); ++i) {
+    block_[i].clear();
+    Substitute(line.body[i].words[0], rounds, block_[i]);
+  }
+  return block_;
+}
+
+}  // namespace scenario

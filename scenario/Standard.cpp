@@ -1,0 +1,16 @@
+#include "scenario/Statements.h"
+
+namespace scenario {
+
+void AddStandard(Language& language) {
+  AddRequests(language);
+  AddTraceExpectations(language);
+  AddCardExpectations(language);
+  AddClients(language);
+  AddFaults(language);
+  AddPackets(language);
+  AddShows(language);
+  AddStructure(language);
+}
+
+}  // namespace scenario

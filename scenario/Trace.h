@@ -1,0 +1,64 @@
+#ifndef SCENARIO_TRACE_H
+#define SCENARIO_TRACE_H
+
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "calls/Event.h"
+
+namespace scenario {
+
+/// What an update client is told, does and gets, in words.
+struct ClientNote {
+  std::string text;
+};
+
+/// What was found or done on a packet's way, in words.
+struct PacketNote {
+  std::string text;
+};
+
+/// Something that happened during a request or to a packet.
+struct TraceLine {
+  enum class Kind { kCall, kAccess, kLog, kClient, kPacket };
+
+  std::variant<calls::Event, ClientNote, PacketNote> what;
+  unsigned depth = 0;  ///< in how many clients' callbacks
+
+  Kind kind() const;
+  /// As the module saw it, with the card's names for lim ids.
+  std::string Text() const;
+};
+
+/// What an update client was told.
+struct Notification {
+  std::string client;
+  int destination;
+  int port;
+
+  std::string Text() const;
+};
+
+/// How a request ended.
+struct RequestResult {
+  enum class Kind { kNone, kNumber, kThrew };
+
+  Kind kind = Kind::kNone;
+  int number = 0;
+  std::string thrown;  ///< "std::out_of_range: HAL ID not found"
+
+  /// "0", "threw std::out_of_range: HAL ID not found"
+  std::string Text() const;
+};
+
+/// Everything about a request or a packet that expectations can ask.
+struct Trace {
+  std::vector<TraceLine> lines;
+  std::vector<Notification> notifications;
+  RequestResult result;
+};
+
+}  // namespace scenario
+
+#endif

@@ -1,0 +1,111 @@
+#include "calls/Pattern.h"
+#include "scenario/Failure.h"
+#include "scenario/Run.h"
+#include "scenario/Statements.h"
+#include "scenario/Values.h"
+
+namespace scenario {
+namespace {
+
+using About = Expectation::About;
+
+Lines LinesOf(const Trace& trace, TraceLine::Kind kind) {
+  Lines lines;
+  for (const TraceLine& line : trace.lines) {
+    if (line.kind() == kind) lines.push_back(line.Text());
+  }
+  return lines;
+}
+
+/// Calls, log lines and notifications.
+Lines LinesOf(const Trace& trace) {
+  Lines lines;
+  for (const TraceLine& line : trace.lines) {
+    if (line.kind() != TraceLine::Kind::kAccess) lines.push_back(line.Text());
+  }
+  return lines;
+}
+
+Lines TextsOf(const std::vector<Notification>& notifications) {
+  Lines lines;
+  for (const Notification& notification : notifications) lines.push_back(notification.Text());
+  return lines;
+}
+
+/// Expects a line of this kind, or none.
+Check AmongLines(TraceLine::Kind kind, std::string pattern, const char* what, bool negated) {
+  return [kind, pattern = std::move(pattern), what, negated](const Run& run) {
+    return Among(LinesOf(run.last, kind), pattern, what, negated);
+  };
+}
+
+Check ReadResult(const Fields& fields, const Surroundings&) {
+  return [number = ToStatus(fields.words()[0], "result")](const Run& run) {
+    const RequestResult& result = run.last.result;
+    return Unless(result.kind == RequestResult::Kind::kNumber && result.number == number, std::to_string(number),
+                  {result.Text()});
+  };
+}
+
+Check ReadThrow(const Fields& fields, const Surroundings&) {
+  return [pattern = std::string(fields.words()[0].text)](const Run& run) {
+    const RequestResult& result = run.last.result;
+    return Unless(result.kind == RequestResult::Kind::kThrew && calls::Matches(pattern, result.thrown), "threw " + pattern,
+                  {result.Text()});
+  };
+}
+
+Check ReadLog(const Fields& fields, const Surroundings& around) {
+  const std::string level = fields.Has(0) ? std::to_string(ToInt(fields.words()[0], "log level")) : "*";
+  const std::string text = fields.Has(1) ? std::string(fields.words()[1].text) : "*";
+  return AmongLines(TraceLine::Kind::kLog, "log " + level + ": " + text, "log line", around.negated);
+}
+
+/// A bare word is a function, whatever its arguments and result; a quoted one the whole call.
+Check ReadCall(const Fields& fields, const Surroundings& around) {
+  std::string pattern = "*";
+  if (fields.Has(0)) {
+    const Token& call = fields.words()[0];
+    pattern = call.quoted ? std::string(call.text) : ToFunction(call) + "(*";
+  }
+  return AmongLines(TraceLine::Kind::kCall, std::move(pattern), "call", around.negated);
+}
+
+Check ReadNotification(const Fields& fields, const Surroundings& around) {
+  const Token* const id = fields.Find("id");
+  const Token* const port = fields.Find("port");
+  const bool named = fields.Has(0) && !fields.words()[0].text.empty();
+  const std::string pattern = "client " + (named ? std::string(fields.words()[0].text) : "*") +
+                              " is told id=" + (id != nullptr ? std::to_string(ToUnsigned(*id, "id")) : "*") +
+                              " port=" + (port != nullptr ? std::to_string(ToInt(*port, "chip port")) : "*");
+  return [pattern, negated = around.negated](const Run& run) {
+    return Among(TextsOf(run.last.notifications), pattern, "notification", negated);
+  };
+}
+
+Check ReadPacket(const Fields& fields, const Surroundings& around) {
+  return AmongLines(TraceLine::Kind::kPacket, std::string(fields.words()[0].text), "packet", around.negated);
+}
+
+Check ReadTrace(const Fields&, const Surroundings& around) {
+  return [lines = around.block](const Run& run) { return UnlessEqual(lines, LinesOf(run.last)); };
+}
+
+}  // namespace
+
+void AddTraceExpectations(Language& language) {
+  constexpr int kPlain = Expectation::kPlain, kNegatable = Expectation::kNegatable;
+  language.Add("expect", "[no] WHAT...", "Fails the run unless it holds", Kind::kExpectation);
+  language.AddExpectation("result", "NUMBER", "What the request returns", About::kResult, kPlain, ReadResult);
+  language.AddExpectation("throw", "TEXT", "What the request throws", About::kResult, kPlain, ReadThrow);
+  language.AddExpectation("log", "[LEVEL] [TEXT]", "A log line", About::kRequest, kNegatable, ReadLog);
+  language.AddExpectation("call", "[CALL]", "A call: a function, or in quotes a whole call", About::kRequest,
+                          kNegatable, ReadCall);
+  language.AddExpectation("notification", "[CLIENT] [id=ID] [port=PORT]", "That a client is told", About::kRequest,
+                          kNegatable, ReadNotification);
+  language.AddExpectation("packet", "TEXT", "A step of the packet's way", About::kRequest, kNegatable, ReadPacket);
+  language.AddExpectation("trace", "", "Exactly these calls, log lines and notifications, in this order",
+                          About::kRequest, Expectation::kHasBlock, ReadTrace);
+}
+
+}  // namespace scenario

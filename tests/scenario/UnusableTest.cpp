@@ -1,0 +1,165 @@
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <string_view>
+
+#include "tests/scenario/Parsed.h"
+
+namespace scenario {
+namespace {
+
+struct UnusableLine {
+  const char* text;
+  const char* complaint;
+};
+
+class Unusable : public testing::TestWithParam<UnusableLine> {};
+
+TEST_P(Unusable, LineNamesPlaceReasonAndRemedy) { EXPECT_EQ(FirstComplaint(GetParam().text), GetParam().complaint); }
+
+/// The line, as far as a test may be called so.
+std::string Name(const testing::TestParamInfo<UnusableLine>& info) {
+  std::string name;
+  for (const char c : std::string_view(info.param.text)) {
+    if (std::isalnum(static_cast<unsigned char>(c)) != 0) {
+      name += c;
+    } else if (!name.empty() && name.back() != '_') {
+      name += '_';
+    }
+  }
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Numbers, Unusable,
+    testing::Values(
+        UnusableLine{"install-vrf one", "1:13: \"one\" is no id; it is a number"},
+        UnusableLine{"install-vrf 4294967296", "1:13: 4294967296 does not fit; id is 0 ... 4294967295"},
+        UnusableLine{"install-vrf -1", "1:13: -1 does not fit; id is 0 ... 4294967295"},
+        UnusableLine{"install-vrf 0xZ", "1:13: \"0xZ\" is no id; it is a number"},
+        UnusableLine{"install-vrf 99999999999999999999999",
+                     "1:13: 99999999999999999999999 does not fit; id is 0 ... 4294967295"},
+        UnusableLine{"install-vlan 10 lim=vlan100 vrf=1 mtu=99999999999 mac=00:00:5e:00:01:01",
+                     "1:39: 99999999999 does not fit; MTU is 0 ... 4294967295"},
+        UnusableLine{"install-mpls 1 vlan=1 lim=eth1 mac=null labels=1,,2", "1:50: \"\" is no label; it is a number"},
+        UnusableLine{"install-mpls 1 vlan=1 lim=eth1 mac=null caps=push,pop",
+                     "1:51: \"pop\" is no MPLS capability; it is one of none, protection, swap, forward, push, vc"},
+        UnusableLine{"install-host 1 vlan=1 lim=eth1 mac=null actions=dorp",
+                     "1:49: \"dorp\" is no action; did you mean \"drop\"?"},
+        UnusableLine{"fail fm_init result=BCM_E_FUL",
+                     "1:21: \"BCM_E_FUL\" is no status; did you mean \"BCM_E_FULL\"?"}),
+    Name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Addresses, Unusable,
+    testing::Values(UnusableLine{"install-host 1 vlan=1 lim=eth1 mac=00:00:5e:00:01",
+                                 "1:36: this MAC address has 5 bytes; one has six, such as 00:00:5e:00:01:01"},
+                    UnusableLine{"install-host 1 vlan=1 lim=eth1 mac=00:00:5e:00:01:01:02",
+                                 "1:36: this MAC address has 7 bytes; one has six, such as 00:00:5e:00:01:01"},
+                    UnusableLine{"install-host 1 vlan=1 lim=eth1 mac=00:00:5e:00:01:0g",
+                                 "1:51: \"0g\" is no byte of a MAC address; one looks like 00:00:5e:00:01:01, or null"},
+                    UnusableLine{
+                        "install-host 1 vlan=1 lim=eth1 mac=00:00:5e:00:01:101",
+                        "1:51: \"101\" is no byte of a MAC address; one looks like 00:00:5e:00:01:01, or null"},
+                    UnusableLine{"install-host 1 vlan=1 lim=eth1 mac=",
+                                 "1:36: \"\" is no byte of a MAC address; one looks like 00:00:5e:00:01:01, or null"},
+                    UnusableLine{"install-host 1 vlan=1 lim=eth1 mac=00:00:5e:00:01:01+x",
+                                 "1:54: \"x\" is no offset of a MAC address; it is a number"}),
+    Name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Ports, Unusable,
+    testing::Values(
+        UnusableLine{"install-host 1 vlan=1 lim=eht1 mac=null", "1:27: unknown port \"eht1\"; did you mean \"eth1\"?"},
+        UnusableLine{"install-host 1 vlan=1 lim=wlan mac=null",
+                     "1:27: unknown port \"wlan\"; a lim id is ethN, lagN, vlanN, cpu or the word itself, such as "
+                     "0x05000001"},
+        UnusableLine{"install-host 1 vlan=1 lim=vlan16777216 mac=null",
+                     "1:27: vlan16777216 does not fit; the number of a lim id is 0 ... 16777215"}),
+    Name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Statements, Unusable,
+    testing::Values(
+        UnusableLine{"instal-vlan", "1:1: unknown request \"instal-vlan\"; did you mean \"install-vlan\"?"},
+        UnusableLine{"install-vrf", "1:1: \"install-vrf\" needs VRF"},
+        UnusableLine{"install-vrf 1 2", "1:15: unexpected \"2\""},
+        UnusableLine{"install-host 1 vlan=1 lim=eth1", "1:1: \"install-host\" needs mac=MAC"},
+        UnusableLine{"install-host 1 vlan=1 vlan=2 lim=eth1 mac=null", "1:23: vlan= is given twice"},
+        UnusableLine{"install-host 1 valn=1 lim=eth1 mac=null",
+                     "1:16: \"install-host\" has no field \"valn\"; did you mean \"vlan\"?"},
+        UnusableLine{"init now=1", "1:6: \"init\" has no field \"now\""},
+        UnusableLine{"client c", "1:1: \"client\" needs a name and what it does"},
+        UnusableLine{"client c throw", "1:10: \"throw\" needs TEXT"},
+        UnusableLine{"client c notify me", "1:17: unexpected \"me\""},
+        UnusableLine{"client c calls", "1:10: \"calls\" needs a request"},
+        UnusableLine{"client c calls ; init", "1:16: a request is missing before this semicolon"},
+        UnusableLine{
+            "client c calls show all",
+            "1:16: a callback makes requests, \"show\" is none; it is one of start, init, install-vrf, destroy-vrf, "
+            "install-vlan, replace-vlan, destroy-vlan, install-host, replace-host, destroy-host, install-mpls, "
+            "replace-mpls, destroy-mpls, client"},
+        UnusableLine{
+            "client c calls client d calls init",
+            "1:16: a client that a callback registers cannot make calls itself; register it by a line of its own"},
+        UnusableLine{
+            "fail CreateIntf result=-1",
+            "1:6: unknown platform function with a result \"CreateIntf\"; did you mean \"IntfManager::CreateIntf\"?"},
+        UnusableLine{"fail result=-1", "1:1: \"fail\" needs either FUNCTION or call=N"},
+        UnusableLine{"fail fm_init call=1 result=-1", "1:1: \"fail\" needs either FUNCTION or call=N"},
+        UnusableLine{"fail nth=2 call=1 result=-1",
+                     "1:10: nth= counts the calls of a function; with call= leave it out"},
+        UnusableLine{"fail fm_init nth=0 result=-1", "1:18: 0 does not fit; number of a call is 1 ... 4294967295"},
+        UnusableLine{"show", "1:1: \"show\" needs TABLE..."},
+        UnusableLine{"show intf", "1:6: unknown table \"intf\"; did you mean \"intfs\"?"},
+        UnusableLine{"say \"x\" \nclient \"x notify", "2:8: this quote is not closed"}),
+    Name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Expectations, Unusable,
+    testing::Values(
+        UnusableLine{"expect",
+                     "1:1: what is expected is missing; it is one of result, throw, log, call, notification, packet, "
+                     "trace, rows, table, empty"},
+        UnusableLine{"init\nexpect resul 0", "2:8: nothing is expected by \"expect resul\"; did you mean \"result\"?"},
+        UnusableLine{"init\nexpect no result 0",
+                     "2:11: nothing is expected by \"expect no result\"; it is one of log, call, notification, packet"},
+        UnusableLine{"init\nexpect call CreateIntf",
+                     "2:13: unknown platform function \"CreateIntf\"; did you mean \"IntfManager::CreateIntf\"?"},
+        UnusableLine{"expect result 0", "1:1: no request comes before this expectation of its result"},
+        UnusableLine{"client c notify\nexpect result 0", "2:1: \"client\" has no result"},
+        UnusableLine{"start\nexpect throw \"x\"", "2:1: \"start\" has no result"},
+        UnusableLine{"expect rows intfs many", "1:19: \"many\" is no number of rows; it is a number"},
+        UnusableLine{"init\nexpect trace\n  log 7: x", "2:1: no line says \"end\" to what begins here"}),
+    Name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Structure, Unusable,
+    testing::Values(
+        UnusableLine{"for I in 1..3\n  init", "1:1: no line says \"end\" to what begins here"},
+        UnusableLine{"init\nend", "2:1: there is no \"for\" or \"expect\" that this \"end\" ends"},
+        UnusableLine{"for I in 1..2\nend now", "2:5: nothing follows \"end\" on its line"},
+        UnusableLine{"for I of 1..2\nend", "1:1: this is no loop"},
+        UnusableLine{"for I in 3\nend", "1:10: \"3\" is no range"},
+        UnusableLine{"for I in 3..2\nend", "1:10: this range is empty; a loop counts up"},
+        UnusableLine{"for 1 in 1..2\nend", "1:5: \"1\" is no name for a counter; use letters"},
+        UnusableLine{"for I in 1..x\nend", "1:13: \"x\" is no end of a range; it is a number"},
+        UnusableLine{
+            "for I in 1..3\n  install-host $I vlan=0 lim=eth$(I+46) mac=null\nend",
+            "2:30: the card has no eth49; it has eth1 ... eth48, and \"absent:eth49\" asks for the port all the "
+            "same (with I=3)"},
+        UnusableLine{"for I in 1..4294967295\n  init\nend",
+                     "1:1: the scenario has more than 4000000 lines with the rounds of its loops"},
+        UnusableLine{"init\ncard ports=4", "2:1: \"card\" comes once, before everything else"},
+        UnusableLine{"card ports=4\ncard ports=8", "2:1: \"card\" comes once, before everything else"},
+        UnusableLine{"for I in 1..3000000\n  for J in 1..3000000\n  end\nend",
+                     "2:3: the scenario has more than 4000000 lines with the rounds of its loops (with I=1)"},
+        UnusableLine{"init\nstart",
+                     "2:1: \"start\" comes before every request; without it the module starts first of "
+                     "all"},
+        UnusableLine{"card ports=70000", "1:12: 70000 does not fit; ports is 0 ... 65535"},
+        UnusableLine{"card prots=7", "1:6: \"card\" has no field \"prots\"; did you mean \"ports\"?"}),
+    Name);
+
+}  // namespace
+}  // namespace scenario
