@@ -20,8 +20,8 @@ std::vector<std::string> Difference(const std::vector<std::string>& patterns, co
   std::vector<std::vector<unsigned>> common(aligned ? rows + 1 : 0, std::vector<unsigned>(columns + 1));
   for (std::size_t i = aligned ? rows : 0; i-- > 0;) {
     for (std::size_t j = columns; j-- > 0;) {
-      common[i][j] =
-          calls::Matches(patterns[i], lines[j]) ? common[i + 1][j + 1] + 1 : std::max(common[i + 1][j], common[i][j + 1]);
+      common[i][j] = calls::Matches(patterns[i], lines[j]) ? common[i + 1][j + 1] + 1
+                                                           : std::max(common[i + 1][j], common[i][j + 1]);
     }
   }
   std::vector<std::string> difference;

@@ -23,7 +23,7 @@ class Address {
   std::optional<std::array<unsigned char, 6>> bytes_;
 };
 
-struct Request {
+struct RequestForm {
   const char* name;
   const char* fields;
   const char* help;
@@ -34,7 +34,7 @@ constexpr char kVlanFields[] = "ID lim=VLAN vrf=VRF mtu=BYTES mac=MAC [caps=CAPA
 constexpr char kHostFields[] = "ID vlan=ID lim=PORT mac=MAC [actions=ACTION,...]";
 constexpr char kMplsFields[] = "ID vlan=ID lim=PORT mac=MAC [labels=LABEL,...] [caps=CAPABILITY,...] [action=ACTION]";
 
-const Request kRequests[] = {
+const RequestForm kRequests[] = {
     {"init", "", "Initializes the module again",
      [](const Module& m, const Arguments&) { return m.InitEncapsulationModule(); }},
     {"install-vrf", "VRF", "Makes a VRF", [](const Module& m, const Arguments& a) { return m.InstallVrf(a.id); }},
@@ -112,7 +112,7 @@ RequestArguments ReadRequest(const Fields& fields, const softcard::CardDescripti
 void AddRequests(Language& language) {
   language.Add("start", "", "Starts the module here instead of before the first line", Kind::kStart,
                [](const Fields&, const Surroundings&) { return [](Run& run) { return run.performer.Start(); }; });
-  for (const Request& request : kRequests) {
+  for (const RequestForm& request : kRequests) {
     language.Add(request.name, request.fields, request.help, Kind::kRequest,
                  [make = request.make](const Fields& fields, const Surroundings& around) {
                    return [make, arguments = ReadRequest(fields, around.card)](Run& run) {

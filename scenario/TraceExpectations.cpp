@@ -50,8 +50,8 @@ Check ReadResult(const Fields& fields, const Surroundings&) {
 Check ReadThrow(const Fields& fields, const Surroundings&) {
   return [pattern = std::string(fields.words()[0].text)](const Run& run) {
     const RequestResult& result = run.last.result;
-    return Unless(result.kind == RequestResult::Kind::kThrew && calls::Matches(pattern, result.thrown), "threw " + pattern,
-                  {result.Text()});
+    return Unless(result.kind == RequestResult::Kind::kThrew && calls::Matches(pattern, result.thrown),
+                  "threw " + pattern, {result.Text()});
   };
 }
 

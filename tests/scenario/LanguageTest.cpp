@@ -30,11 +30,12 @@ TEST(LanguageTest, EveryStatementSaysWhatItDoes) {
 TEST(LanguageTest, TakesStatementsAndExpectationsOfOtherRooms) {
   Language language;
   AddStandard(language);
-  language.Add("count", "TABLE", "Says how many rows there are", Kind::kSay, [](const Fields& fields, const Surroundings&) {
-    return [table = std::string(fields.words()[0].text)](scenario::Run& run) {
-      return Said{std::to_string(run.card.RowCount(table))};
-    };
-  });
+  language.Add("count", "TABLE", "Says how many rows there are", Kind::kSay,
+               [](const Fields& fields, const Surroundings&) {
+                 return [table = std::string(fields.words()[0].text)](scenario::Run& run) {
+                   return Said{std::to_string(run.card.RowCount(table))};
+                 };
+               });
   language.AddExpectation("odd", "TABLE", "An odd number of rows", Expectation::About::kCard, Expectation::kNegatable,
                           [](const Fields& fields, const Surroundings& around) {
                             return [table = std::string(fields.words()[0].text),
