@@ -50,8 +50,8 @@ void Fields::Take(const Token& word) {
 }
 
 const Token* Fields::Find(std::string_view key) const {
-  for (const auto& [name, value] : values_) {
-    if (name == key) return &value;
+  for (const auto& [given, value] : values_) {
+    if (given == key) return &value;
   }
   return nullptr;
 }

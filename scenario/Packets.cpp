@@ -25,7 +25,7 @@ void AddPackets(Language& language) {
   language.Add("send", "ID [ttl=N] [tos=N] [size=BYTES]",
                "Sends an IPv4 packet that is routed to a destination: its way and its frame", Kind::kPacket,
                [](const Fields& fields, const Surroundings&) {
-                 return [packet = ReadRoutedPacket(fields)](Run& run) {
+                 return [packet = ReadRoutedPacket(fields)](const Run& run) {
                    Trace trace;
                    for (std::string& step : PacketWay(run.card, packet)) {
                      trace.lines.push_back({PacketNote{std::move(step)}});

@@ -85,8 +85,8 @@ class Checker {
     }
     bool good = true;
     for (const SourceLine& row : line.body) {
-      std::string text;
       try {
+        std::string text;
         Substitute(row.words[0], rounds_, text);
       } catch (const SyntaxError& error) {
         Complain(row, error);

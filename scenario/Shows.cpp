@@ -24,7 +24,7 @@ std::vector<std::string> ReadTables(const Fields& fields) {
 void AddShows(Language& language) {
   language.Add("show", "TABLE...", "Shows tables of the card; all is all but ports and lags", Kind::kShow,
                [](const Fields& fields, const Surroundings&) {
-                 return [tables = ReadTables(fields)](Run& run) {
+                 return [tables = ReadTables(fields)](const Run& run) {
                    Shown shown;
                    for (const std::string& table : tables) shown.tables.push_back({table, run.card.Rows(table)});
                    return shown;

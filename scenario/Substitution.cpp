@@ -89,8 +89,9 @@ class Expression {
 
   std::int64_t Counter() {
     const auto is_name = [](char c) { return std::isalnum(static_cast<unsigned char>(c)) || c == '_'; };
-    const auto end = std::find_if_not(text_.begin() + static_cast<std::ptrdiff_t>(position_), text_.end(), is_name);
-    const std::string_view name = text_.substr(position_, static_cast<std::size_t>(end - text_.begin()) - position_);
+    std::size_t end = position_;
+    while (end < text_.size() && is_name(text_[end])) ++end;
+    const std::string_view name = text_.substr(position_, end - position_);
     if (name.empty()) Fail(depth_ > 0 ? "expected a number or a loop's counter" : "expected $COUNTER, $(...) or $$");
     // From the innermost out: an inner counter hides an outer one of the same name.
     for (auto counter = counters_.rbegin(); counter != counters_.rend(); ++counter) {

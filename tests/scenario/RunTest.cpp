@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/scenario/Observed.h"
 
 namespace scenario {
@@ -69,10 +71,9 @@ TEST_F(RunTest, TellsWhichFaultsArePlanned) {
 
 TEST_F(RunTest, RecordsWhatTheModuleLooksAtOnlyWhenAsked) {
   const auto has_access = [](const Observed& observed) {
-    for (const TraceLine& line : observed.At(1).trace().lines) {
-      if (line.kind() == TraceLine::Kind::kAccess) return true;
-    }
-    return false;
+    const std::vector<TraceLine>& lines = observed.At(1).trace().lines;
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const TraceLine& line) { return line.kind() == TraceLine::Kind::kAccess; });
   };
   EXPECT_FALSE(has_access(Observed("install-vrf 1\n")));
   EXPECT_TRUE(has_access(Observed("install-vrf 1\n", Accesses::kRecorded)));
