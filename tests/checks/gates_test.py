@@ -117,6 +117,7 @@ class IncludeRules(Tree):
                 ("softcard/A.cpp", "<CLI/CLI.hpp>", "softcard/ may not include <CLI/CLI.hpp>"),
                 ("console/A.cpp", "<CLI/CLI.hpp>", None),
                 ("console/A.cpp", "<pcap/pcap.h>", "console/ may not include <pcap/pcap.h>"),
+                ("scenario/A.cpp", '"hal/limid.h"', "scenario/ may not include platform/hal/limid.h"),
                 ("router/A.cpp", '"softcard/tables/Rows.h"', None),
                 ("router/A.cpp", '"softcard/Card.h"', "router/ may not include softcard/Card.h"),
                 ("src/module/A.cpp", '"../module/Module.h"', "is no file of the project"),

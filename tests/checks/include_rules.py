@@ -15,7 +15,7 @@ ROOMS = {
     "src": GROUND,
     "calls": GROUND,
     "softcard": ["calls/", *GROUND],
-    "scenario": ["softcard/", "calls/", *GROUND],
+    "scenario": ["softcard/", "calls/", "include/"],
     "recorder": ["calls/", *GROUND],
     "diagnosis": ["scenario/", "softcard/", "recorder/Format"],
     "router": ["include/", "softcard/tables/"],
