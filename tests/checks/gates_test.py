@@ -13,7 +13,7 @@ from pathlib import Path
 
 PROJECT = Path(sys.argv.pop(1)).resolve()
 GATES = [".clang-format", ".clang-tidy", "scripts/sources", "scripts/format", "scripts/tidy", "scripts/analyze",
-         "scripts/coverage", "scripts/mutation", "tests/checks/include_rules.py", "tests/cppcheck.txt"]
+         "scripts/coverage", "scripts/mutation", "tests/checks/include_rules.py", "tests/checks/braces.py", "tests/cppcheck.txt"]
 
 
 class Tree(unittest.TestCase):
@@ -92,6 +92,37 @@ class NewRooms(Tree):
         for gate in (["scripts/format", "--check"], ["scripts/tidy"], ["scripts/analyze"]):
             self.refuses("Run them in a git clone of the project", *gate)
         self.assertEqual(self.include_rules().returncode, 1)
+
+
+class Braces(Tree):
+    SHORT = "int Half(int n) {\n  if (n < 0) {\n    return 0;\n  }\n  return n / 2;\n}\n"
+    JOINED = "int Half(int n) {\n  if (n < 0) return 0;\n  return n / 2;\n}\n"
+
+    def braces(self, *options):
+        return subprocess.run([sys.executable, "-B", self.root / "tests/checks/braces.py", *options, self.root],
+                              stdout=subprocess.PIPE, text=True, check=False)
+
+    def test_are_left_out_where_the_body_fits_on_the_line(self):
+        self.write("attic/Attic.cpp", self.SHORT)
+        run = self.braces()
+        self.assertEqual((run.returncode, run.stdout),
+                         (1, "attic/Attic.cpp:2: the body fits on this line, without braces\n"))
+        self.assertEqual(self.braces("--fix").returncode, 0)
+        self.assertEqual((self.root / "attic/Attic.cpp").read_text(), self.JOINED)
+        self.assertEqual(self.braces().returncode, 0)
+
+    def test_stay_at_bodies_that_do_not_fit_and_at_branches(self):
+        long = "x" * 110
+        for body in (f"if (n < 0) {{\n    {long} = 0;\n  }}\n", "if (n < 0) {\n    n = 0;\n  } else {\n    n = 1;\n  }\n",
+                     "for (;;) {\n    if (n < 0) break;\n  }\n"):
+            self.write("attic/Attic.cpp", f"void Half(int n) {{\n  {body}}}\n")
+            self.assertEqual(self.braces().returncode, 0, body)
+
+    def test_are_asked_of_a_body_on_a_line_of_its_own(self):
+        self.write("attic/Attic.cpp", "int Half(int n) {\n  if (n < 0)\n    return 0;\n  return n / 2;\n}\n")
+        self.refuses("readability-braces-around-statements", "scripts/tidy", self.root / "build")
+        self.write("attic/Attic.cpp", self.JOINED)
+        self.passes("scripts/tidy", self.root / "build")
 
 
 class IncludeRules(Tree):
