@@ -42,8 +42,9 @@ std::string CallJson(const Call& call, const LimIdNames& names) {
   }
   json += '}';
   const auto* number = std::get_if<std::int64_t>(&call.result);
-  if (!std::holds_alternative<std::monostate>(call.result))
+  if (!std::holds_alternative<std::monostate>(call.result)) {
     json += ", \"result\": " + Json(function.result_kind(), call.result, names);
+  }
   if (number && *number < 0) json += ", \"status\": " + JsonString(StatusWords(*number));
   if (call.injected) json += ", \"injected\": true";
   if (!call.thrown.empty()) json += ", \"threw\": " + JsonString(call.thrown);

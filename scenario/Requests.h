@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "HalEncapsulationTypes.h"
-#include "hal/limid.h"
 #include "scenario/Fields.h"
 #include "softcard/CardDescription.h"
+#include "softcard/LimId.h"
 
 namespace scenario {
 

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "hal/limid.h"
 #include "scenario/Tokens.h"
 #include "softcard/CardDescription.h"
+#include "softcard/LimId.h"
 
 /// What a scenario's words mean. Every function throws SyntaxError for a word that has no meaning here.
 namespace scenario {

@@ -29,9 +29,7 @@ HalL3MplsEncapsulationInterface* HalL3MplsEncapsulationInterface::GetInstance() 
 HalL3MplsEncapsulationBcm* HalL3MplsEncapsulationBcm::instance_ = nullptr;
 
 HalL3MplsEncapsulationBcm* HalL3MplsEncapsulationBcm::GetInstance() {
-  if (instance_ == nullptr) {
-    instance_ = new HalL3MplsEncapsulationBcm();
-  }
+  if (instance_ == nullptr) instance_ = new HalL3MplsEncapsulationBcm();
   return instance_;
 }
 
@@ -54,9 +52,7 @@ int HalL3MplsEncapsulationBcm::InitEncapsulationModule() const {
                                         "Could not init encapsulation module L3 ingress mode: bcm_err='%s' [%d]",
                                         StatusText(ingress_rv), ingress_rv);
   }
-  if (egress_rv < 0 || ingress_rv < 0) {
-    return -1;
-  }
+  if (egress_rv < 0 || ingress_rv < 0) return -1;
   HalCallbacksItf::getInstance()->log(kProgress, "Encapsulation module initialized successfully");
   return 0;
 }

@@ -20,18 +20,12 @@ HalL3MplsEncapsulationBcm::HostIntf HalL3MplsEncapsulationBcm::FindHostIntf(unsi
                                                                             unsigned short* vlan_id) const {
   *intf_id = invalid_intf_;
   *vlan_id = 0;
-  if (vlan_destination_id == 0) {
-    return HostIntf::kFound;
-  }
+  if (vlan_destination_id == 0) return HostIntf::kFound;
   const DestinationIdCorrelator* const vlan_correlator = GetDestinationIdCorrelator(vlan_destination_id);
-  if (vlan_correlator == nullptr) {
-    return HostIntf::kNoVlanDestination;
-  }
+  if (vlan_correlator == nullptr) return HostIntf::kNoVlanDestination;
   *intf_id = vlan_correlator->intf_id;
   const IntfObject* const intf_object = FindIntf(*intf_id);
-  if (intf_object == nullptr) {
-    return HostIntf::kNoIntf;
-  }
+  if (intf_object == nullptr) return HostIntf::kNoIntf;
   *vlan_id = static_cast<unsigned short>(intf_object->vlan_id());
   return HostIntf::kFound;
 }
@@ -58,9 +52,7 @@ int HalL3MplsEncapsulationBcm::InstallHostOutgoingEncapsulation(unsigned int des
                                         "Couldn't install outgoing encapsulation for host %s, because %s wasn't found",
                                         destination.c_str(), IntfText(intf_id).c_str());
   }
-  if (host_intf != HostIntf::kFound) {
-    return -1;
-  }
+  if (host_intf != HostIntf::kFound) return -1;
 
   const int port = GetPort(limid);
   const bool to_cpu = Holds(actions, HAL_ACTION_TO_CPU);
@@ -92,9 +84,7 @@ int HalL3MplsEncapsulationBcm::ReplaceHostOutgoingEncapsulation(unsigned int des
 
   int intf_id;
   unsigned short vlan_id;
-  if (FindHostIntf(vlan_destination_id, &intf_id, &vlan_id) != HostIntf::kFound) {
-    return -1;
-  }
+  if (FindHostIntf(vlan_destination_id, &intf_id, &vlan_id) != HostIntf::kFound) return -1;
 
   const int port = GetPort(limid);
   const bool to_cpu = Holds(actions, HAL_ACTION_TO_CPU);

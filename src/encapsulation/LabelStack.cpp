@@ -61,17 +61,13 @@ int HalL3MplsEncapsulationBcm::FillMplsLabels(en_HalMplsCapabilities capability,
 
   if (capability == HAL_MPLS_CAPABILITY_SWAP) {
     // The first label is swapped in by the egress object; the second is the tunnel's.
-    if (!IsPushed(second)) {
-      return 0;
-    }
+    if (!IsPushed(second)) return 0;
     HalCallbacksItf::getInstance()->log(kProgress, "Tunnel Label 0 is %d", second);
     label0->label = second;
     return 1;
   }
 
-  if (capability != HAL_MPLS_CAPABILITY_PUSH) {
-    return 0;
-  }
+  if (capability != HAL_MPLS_CAPABILITY_PUSH) return 0;
 
   int count = 0;
   if (IsPushed(first)) {
@@ -104,9 +100,7 @@ int HalL3MplsEncapsulationBcm::SetMplsTunnelInitiator(en_HalMplsCapabilities cap
   const int count = FillMplsLabels(capability, &label_array[0], &label_array[1], std::move(labels));
 
   IntfObject* const intf_object = FindIntf(intf);
-  if (intf_object == nullptr) {
-    return BCM_E_NOT_FOUND;
-  }
+  if (intf_object == nullptr) return BCM_E_NOT_FOUND;
   // Before the chip is asked, and kept when it refuses.
   intf_object->tunnel().set_ttl(static_cast<unsigned int>(mpls_ttl_));
   intf_object->tunnel().set_type(TunnelObject::kTunnelTypeMpls);

@@ -20,9 +20,7 @@ enum LogLevel : int {
 template <typename T>
 char* WriteHexDigits(char* text, T value, unsigned int count) {
   static const char* const digits = "0123456789ABCDEF";
-  for (char* place = text + count; place != text; value >>= 4) {
-    *--place = digits[value & 0xF];
-  }
+  for (char* place = text + count; place != text; value >>= 4) *--place = digits[value & 0xF];
   return text + count;
 }
 

@@ -16,9 +16,7 @@ int HalL3MplsEncapsulationBcm::InstallMplsUnprotectedOutgoingEncapsulation(
   const IdText destination = DestinationText(destination_id);
   HalCallbacksItf::getInstance()->log(kProgress, "Installing outgoing encapsulation for mpls %s", destination.c_str());
 
-  if (!CheckMplsVectorEntries(labels, capabilities) || action == HAL_ACTION_TO_CPU) {
-    return -1;
-  }
+  if (!CheckMplsVectorEntries(labels, capabilities) || action == HAL_ACTION_TO_CPU) return -1;
 
   // A new id is expected to be absent: its level-3 miss line belongs to every successful install.
   DestinationIdCorrelator* correlator;
@@ -28,13 +26,9 @@ int HalL3MplsEncapsulationBcm::InstallMplsUnprotectedOutgoingEncapsulation(
     return -1;
   }
   DestinationIdCorrelator* vlan_correlator;
-  if (!GetDestinationIdCorrelator(vlan_destination_id, &vlan_correlator)) {
-    return -1;
-  }
+  if (!GetDestinationIdCorrelator(vlan_destination_id, &vlan_correlator)) return -1;
   IntfObject* const vlan_intf = FindIntf(vlan_correlator->intf_id);
-  if (vlan_intf == nullptr) {
-    return -1;
-  }
+  if (vlan_intf == nullptr) return -1;
 
   // A dropping encapsulation needs no port, and yet its lim id has to be one that the card knows.
   const int resolved_port = GetPort(limid);
@@ -68,9 +62,7 @@ int HalL3MplsEncapsulationBcm::InstallMplsUnprotectedOutgoingEncapsulation(
         }
         break;
       case HAL_MPLS_CAPABILITY_VC_LABEL:
-        if (!InstallMplsVCTunnel(vlan_intf, port, mac, take_labels(), &egress_id, drop)) {
-          return fail(capability);
-        }
+        if (!InstallMplsVCTunnel(vlan_intf, port, mac, take_labels(), &egress_id, drop)) return fail(capability);
         // It has no interface of its own, and the destroy must leave the VLAN's alone.
         intf_id = invalid_intf_;
         break;
@@ -91,9 +83,7 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
   const IdText destination = DestinationText(destination_id);
   HalCallbacksItf::getInstance()->log(kProgress, "Updating outgoing encapsulation for mpls %s", destination.c_str());
 
-  if (!CheckMplsVectorEntries(labels, capabilities) || action == HAL_ACTION_TO_CPU) {
-    return -1;
-  }
+  if (!CheckMplsVectorEntries(labels, capabilities) || action == HAL_ACTION_TO_CPU) return -1;
 
   DestinationIdCorrelator* correlator;
   if (!GetDestinationIdCorrelator(destination_id, &correlator)) {
@@ -107,20 +97,14 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
   IntfObject* mpls_intf = nullptr;
   if (intf_id != invalid_intf_) {
     mpls_intf = FindIntf(intf_id);
-    if (mpls_intf == nullptr) {
-      return -1;
-    }
+    if (mpls_intf == nullptr) return -1;
     HalCallbacksItf::getInstance()->log(kNotice, "Mpls Intf Object: %s", mpls_intf->ToString(true).c_str());
   }
 
   DestinationIdCorrelator* vlan_correlator;
-  if (!GetDestinationIdCorrelator(vlan_destination_id, &vlan_correlator)) {
-    return -1;
-  }
+  if (!GetDestinationIdCorrelator(vlan_destination_id, &vlan_correlator)) return -1;
   IntfObject* const vlan_intf = FindIntf(vlan_correlator->intf_id);
-  if (vlan_intf == nullptr) {
-    return -1;
-  }
+  if (vlan_intf == nullptr) return -1;
   HalCallbacksItf::getInstance()->log(kNotice, "Vlan Intf Object: %s", vlan_intf->ToString(true).c_str());
 
   // A dropping encapsulation needs no port, and yet its lim id has to be one that the card knows.
@@ -158,9 +142,7 @@ int HalL3MplsEncapsulationBcm::ReplaceMplsUnprotectedOutgoingEncapsulation(
         break;
       case HAL_MPLS_CAPABILITY_VC_LABEL:
         // An interface that the destination held stays recorded, unlike in the install.
-        if (!ReplaceMplsVCTunnel(vlan_intf, port, mac, take_labels(), &egress_id, drop)) {
-          return fail(capability);
-        }
+        if (!ReplaceMplsVCTunnel(vlan_intf, port, mac, take_labels(), &egress_id, drop)) return fail(capability);
         break;
       default:
         // A lower level and a shorter text than the install's: this is meant.
@@ -186,9 +168,7 @@ int HalL3MplsEncapsulationBcm::DestroyMplsUnprotectedOutgoingEncapsulation(unsig
                                       DestinationText(destination_id).c_str());
 
   DestinationIdCorrelator* correlator;
-  if (!GetDestinationIdCorrelator(destination_id, &correlator)) {
-    return -1;
-  }
+  if (!GetDestinationIdCorrelator(destination_id, &correlator)) return -1;
 
   // What the chip answers does not matter: the destination is gone afterwards.
   resource_manager_->egress_mng()->DeleteEgress(correlator->egress_id);

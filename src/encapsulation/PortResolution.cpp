@@ -10,9 +10,7 @@ namespace {
 
 int FindPort(const std::map<limid_t, int, LimIdLess>& table, const limid_t& limid) {
   const auto found = table.find(limid);
-  if (found == table.end()) {
-    throw std::out_of_range("HAL ID not found");
-  }
+  if (found == table.end()) throw std::out_of_range("HAL ID not found");
   return found->second;
 }
 
@@ -23,9 +21,7 @@ int HalL3MplsEncapsulationBcm::GetPort(const limid_t& limid) const {
   if (limid_is_from_type(limid, limid_type_cpuport) != 0 || limid_is_from_type_ethernet(limid) != 0) {
     return FindPort(hal_bcm_common_->port_table, limid);
   }
-  if (limid_is_from_type(limid, limid_type_lag) != 0) {
-    return FindPort(hal_bcm_common_->lag_table, limid);
-  }
+  if (limid_is_from_type(limid, limid_type_lag) != 0) return FindPort(hal_bcm_common_->lag_table, limid);
   HalCallbacksItf::getInstance()->log(kProgress, "Invalid Lim ID. Returning invalid gport");
   return BCM_E_PORT;
 }

@@ -91,9 +91,7 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
 
   if (old_type == TunnelObject::kTunnelTypeMpls) {
     // An interface without an initiator is silent, and yet a failure here.
-    if (ClearMplsTunnelInitiator(*intf_id) < 0) {
-      return false;
-    }
+    if (ClearMplsTunnelInitiator(*intf_id) < 0) return false;
     if (!has_tunnel) {
       // A destination can be its own base, which is then gone with the old tunnel: it is not touched any more.
       const int base_intf_id = intf_object->id();
@@ -122,9 +120,7 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
       return false;
     }
     if (SetMplsTunnelInitiator(HAL_MPLS_CAPABILITY_SWAP, *intf_id, std::move(labels)) >= 0) {
-      if (update_egress()) {
-        return true;
-      }
+      if (update_egress()) return true;
       ClearMplsTunnelInitiator(*intf_id);
     }
     DeleteIntf(*intf_id);
@@ -136,9 +132,7 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsSwapTunnel(IntfObject* intf_object, T
     HalCallbacksItf::getInstance()->log(kProgress, "Intf changed, so updated it to %d.", base_intf_id);
     *intf_id = base_intf_id;
   }
-  if (label != kExplicitNull) {
-    return update_egress();
-  }
+  if (label != kExplicitNull) return update_egress();
   // Label 0 is not updated in place: the egress object is made anew.
   resource_manager_->egress_mng()->DeleteEgress(*egress_id);
   const auto vlan_id = [&] { return intf_object->vlan_id(); };

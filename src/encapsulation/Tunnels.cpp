@@ -118,18 +118,14 @@ bool HalL3MplsEncapsulationBcm::ReplaceMplsForwardPushTunnel(en_HalMplsCapabilit
                                       MplsCapabilityText(capability));
 
   // An interface without an initiator is silent, and yet a failure here.
-  if (ClearMplsTunnelInitiator(*intf_id) < 0) {
-    return false;
-  }
+  if (ClearMplsTunnelInitiator(*intf_id) < 0) return false;
   *intf_id = UpdateTunnelIntf(*intf_id, *intf_object);
   if (*intf_id < 0) {
     HalCallbacksItf::getInstance()->log(kFailure, "Error updating an intf for tunnel %s!",
                                         MplsCapabilityText(capability));
     return false;
   }
-  if (SetMplsTunnelInitiator(capability, *intf_id, std::move(labels)) < 0) {
-    return false;
-  }
+  if (SetMplsTunnelInitiator(capability, *intf_id, std::move(labels)) < 0) return false;
 
   // 0, where the install passes no label: this is meant.
   constexpr unsigned int kReplaceLabel = 0;

@@ -55,9 +55,7 @@ int HalL3MplsEncapsulationBcm::InstallVlanOutgoingEncapsulation(
   }
 
   const unsigned int flags = MyStationFlags(capabilities);
-  if (resource_manager_->my_station_mng()->InsertMyStationVlanEntry(vlan_id, vlan_mask_, mac, flags) < 0) {
-    return -1;
-  }
+  if (resource_manager_->my_station_mng()->InsertMyStationVlanEntry(vlan_id, vlan_mask_, mac, flags) < 0) return -1;
 
   if (resource_manager_->ingress_mng()->AssociateVlanToVrf(vlan_id, vrf) != 0) {
     resource_manager_->my_station_mng()->RemoveMyStationVlanEntry(vlan_id);
@@ -84,26 +82,18 @@ int HalL3MplsEncapsulationBcm::ReplaceVlanOutgoingEncapsulation(
   HalCallbacksItf::getInstance()->log(kProgress, "Updating outgoing encapsulation for vlan %s", destination.c_str());
 
   const DestinationIdCorrelator* const correlator = GetDestinationIdCorrelator(destination_id);
-  if (correlator == nullptr) {
-    return -1;
-  }
+  if (correlator == nullptr) return -1;
 
   const unsigned int flags = MyStationFlags(capabilities);
   const unsigned int vlan_id = limid_to_l3_vlan_vlanid(limid);
-  if (resource_manager_->my_station_mng()->UpdateMyStationVlanEntry(vlan_id, vlan_mask_, mac, flags) < 0) {
-    return -1;
-  }
+  if (resource_manager_->my_station_mng()->UpdateMyStationVlanEntry(vlan_id, vlan_mask_, mac, flags) < 0) return -1;
 
   // The association follows the VRF only: a move to another VLAN alone leaves it, and the old VLAN's my-station entry,
   // where they are.
   const IntfObject* const intf_object = FindIntf(correlator->intf_id);
   if (intf_object != nullptr && intf_object->vrf() != vrf) {
-    if (Dissociate(resource_manager_->ingress_mng(), *intf_object) != 0) {
-      return -1;
-    }
-    if (resource_manager_->ingress_mng()->AssociateVlanToVrf(vlan_id, vrf) != 0) {
-      return -1;
-    }
+    if (Dissociate(resource_manager_->ingress_mng(), *intf_object) != 0) return -1;
+    if (resource_manager_->ingress_mng()->AssociateVlanToVrf(vlan_id, vrf) != 0) return -1;
   }
 
   if (resource_manager_->intf_mng()->UpdateIntf(correlator->intf_id, unit(), vrf, vlan_id, mac, mtu, 0) < 0) {
@@ -118,17 +108,11 @@ int HalL3MplsEncapsulationBcm::DestroyVlanOutgoingEncapsulation(unsigned int des
   HalCallbacksItf::getInstance()->log(kProgress, "Destroying outgoing encapsulation for vlan %s", destination.c_str());
 
   const DestinationIdCorrelator* const correlator = GetDestinationIdCorrelator(destination_id);
-  if (correlator == nullptr) {
-    return -1;
-  }
+  if (correlator == nullptr) return -1;
   const IntfObject* const intf_object = FindIntf(correlator->intf_id);
-  if (intf_object == nullptr) {
-    return -1;
-  }
+  if (intf_object == nullptr) return -1;
 
-  if (resource_manager_->my_station_mng()->RemoveMyStationVlanEntry(intf_object->vlan_id()) < 0) {
-    return -1;
-  }
+  if (resource_manager_->my_station_mng()->RemoveMyStationVlanEntry(intf_object->vlan_id()) < 0) return -1;
   // The interface is gone when the protocol packet control is switched off.
   const unsigned int vlan_id = intf_object->vlan_id();
 

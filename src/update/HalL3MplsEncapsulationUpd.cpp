@@ -35,9 +35,7 @@ void HalL3MplsEncapsulationUpd::ExecuteMplsUpdate(int destination_id, unsigned i
   // the map for good.
   std::vector<std::pair<const char*, std::shared_ptr<Callback>>> clients;
   clients.reserve(clients_.size());
-  for (const auto& [name, callback] : clients_) {
-    clients.emplace_back(name.c_str(), callback);
-  }
+  for (const auto& [name, callback] : clients_) clients.emplace_back(name.c_str(), callback);
   for (auto& [name, callback] : clients) {
     if (callback != nullptr && *callback) {
       HalCallbacksItf::getInstance()->log(kProgress, "Calling callback for client %s.", name);

@@ -1,5 +1,6 @@
 """One brace style: a body that fits on the line of its if, for or while stands there without braces. (That a body on a
-line of its own has braces is clang-tidy's to say.) Names what differs; with --fix writes it so.
+line of its own has braces is clang-tidy's to say; GoogleTest's expectations have an else inside and keep theirs.) Names
+what differs; with --fix writes it so.
 
 usage: braces.py [--fix] PROJECT_DIRECTORY [FOLDER...]
 """
@@ -9,7 +10,7 @@ import sys
 from pathlib import Path
 
 COLUMNS = 120
-BRACED = re.compile(r"^( *)((?:if|for|while) \(.*\)) \{\n +((?! |if |for |while |switch |do |//)[^{}\n]*;)\n\1\}\n", re.M)
+BRACED = re.compile(r"^( *)((?:if|for|while) \(.*\)) \{\n +((?! |if |for |while |switch |do |//|EXPECT_|ASSERT_)[^{}\n]*;)\n\1\}\n", re.M)
 
 
 def without_braces(text, found):

@@ -29,9 +29,7 @@ class ModuleTest : public ::testing::Test {
   /// The trace since the last look, a line each.
   std::string Trace() {
     std::string text = "\n";
-    for (const std::string& line : card_.log().Lines()) {
-      text += line + "\n";
-    }
+    for (const std::string& line : card_.log().Lines()) text += line + "\n";
     card_.log().Clear();
     return text;
   }
@@ -40,9 +38,7 @@ class ModuleTest : public ::testing::Test {
 
   std::string Rows(const char* table) const {
     std::string text = "\n";
-    for (const std::string& row : softcard::Texts(card_.Rows(table))) {
-      text += row + "\n";
-    }
+    for (const std::string& row : softcard::Texts(card_.Rows(table))) text += row + "\n";
     return text;
   }
   /// Every table that an encapsulation can leave something in.

@@ -44,8 +44,6 @@ int main(int argc, char** argv) {
   const bool one_object = module != nullptr && HalL3MplsEncapsulationInterface::GetInstance() == module;
   // Taken after the second call, which must not start anything again.
   const Lines seen = card.log().Lines();
-  for (const std::string& line : seen) {
-    std::puts(line.c_str());
-  }
+  for (const std::string& line : seen) std::puts(line.c_str());
   return one_object && seen == (refused ? kRefusedStartUp : kStartUp) ? EXIT_SUCCESS : EXIT_FAILURE;
 }

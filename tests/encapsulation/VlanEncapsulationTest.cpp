@@ -24,9 +24,7 @@ class VlanEncapsulationTest : public ModuleTest {
     EXPECT_EQ(Install(capabilities), 0);
     const std::string row = Rows("stations");
     EXPECT_EQ(Destroy(), 0);
-    if (row == "\nstation 100: mask=0xfff mac=00:00:5e:00:01:01 flags=0x20\n") {
-      return 0x20;
-    }
+    if (row == "\nstation 100: mask=0xfff mac=00:00:5e:00:01:01 flags=0x20\n") return 0x20;
     EXPECT_EQ(row, "\nstation 100: mask=0xfff mac=00:00:5e:00:01:01 flags=0x0\n");
     return 0;
   }
@@ -374,9 +372,7 @@ TEST_F(VlanEncapsulationTest, DestroyAsksTheInterfaceAnewForEveryStepAndRestore)
   Forget();
   EXPECT_EQ(Destroy(), -1);
   int vlan_reads = 0;
-  for (const std::string& line : card_.log().Lines()) {
-    vlan_reads += line.find("HwObject::vlan_id") == 0 ? 1 : 0;
-  }
+  for (const std::string& line : card_.log().Lines()) vlan_reads += line.find("HwObject::vlan_id") == 0 ? 1 : 0;
   // Station, kept for the protocol control, dissociation, and the two restores.
   EXPECT_EQ(vlan_reads, 5);
 }

@@ -97,16 +97,18 @@ void Generator::Mpls(Request* request) {
 std::vector<Fault> Generator::Faults() {
   static const std::vector<Signature> faulty = [] {
     std::vector<Signature> all;
-    for (const auto& signature : kSignatures)
+    for (const auto& signature : kSignatures) {
       if (signature.result != Result::kNothing) all.push_back(signature);
+    }
     return all;
   }();
   std::vector<Fault> faults;
   for (int count = 1 + Below(3); count > 0; --count) {
     const Signature* function = nullptr;
-    do function = &faulty[Below(static_cast<int>(faulty.size()))];
-    while (Below(4) > 0 && std::string(function->function).find("Intf") == std::string::npos &&
-           std::string(function->function).find("Egress") == std::string::npos);  // what most requests program
+    do {
+      function = &faulty[Below(static_cast<int>(faulty.size()))];
+    } while (Below(4) > 0 && std::string(function->function).find("Intf") == std::string::npos &&
+             std::string(function->function).find("Egress") == std::string::npos);  // what most requests program
     const Signature& signature = *function;
     // "Found" an interface that is not there is no answer that a card gives.
     int result = signature.result == Result::kFound ? 0 : OneIn(2) ? -1 - Below(19) : OneOf({0, 1, 2, 77, -4, -7, -16});
@@ -120,21 +122,24 @@ namespace {
 /// Every sequence that is a little simpler than this one.
 std::vector<std::vector<Request>> Simpler(const std::vector<Request>& requests) {
   std::vector<std::vector<Request>> all;
-  for (size_t chunk = requests.size() / 2; chunk > 0; chunk /= 2)
+  for (size_t chunk = requests.size() / 2; chunk > 0; chunk /= 2) {
     for (size_t i = 0; i + chunk <= requests.size(); i += chunk) {
       all.push_back(requests);
       all.back().erase(all.back().begin() + static_cast<long>(i), all.back().begin() + static_cast<long>(i + chunk));
     }
+  }
   const auto change = [&](size_t i, const auto& edit) {
     all.push_back(requests);
     edit(&all.back()[i]);
   };
   for (size_t i = 0; i < requests.size(); ++i) {
     const Request& request = requests[i];
-    for (size_t f = 0; f < request.faults.size(); ++f)
+    for (size_t f = 0; f < request.faults.size(); ++f) {
       change(i, [f](Request* r) { r->faults.erase(r->faults.begin() + static_cast<long>(f)); });
-    for (size_t c = 0; c < request.calls.size() && request.calls.size() > 1; ++c)
+    }
+    for (size_t c = 0; c < request.calls.size() && request.calls.size() > 1; ++c) {
       change(i, [c](Request* r) { r->calls.erase(r->calls.begin() + static_cast<long>(c)); });
+    }
     if (!request.items.empty()) change(i, [](Request* r) { r->items.pop_back(); });
     if (!request.labels.empty()) change(i, [](Request* r) { r->labels.pop_back(); });
     if (request.action != 0) change(i, [](Request* r) { r->action = 0; });

@@ -134,17 +134,19 @@ class Model::Walk {
   }
 
   int Call(const Signature& signature, const std::vector<Operand>& operands) {
-    if (const std::string manager(signature.function); manager.find("Manager::") != std::string::npos)
+    if (const std::string manager(signature.function); manager.find("Manager::") != std::string::npos) {
       transcript_.Expect("HwEncapsulationResourceManager::" + Getter(manager));
+    }
     std::string text = signature.function + std::string("(");
     size_t next = 0;
     for (const char* c = signature.format; *c; ++c) {
-      if (*c != '%')
+      if (*c != '%') {
         text += *c;
-      else if (*++c == 'r')
+      } else if (*++c == 'r') {
         text += LabelRecords();
-      else
+      } else {
         text += *c == 'l' ? (++next, request_.limid) : ArgumentText(*c, Value(operands.at(next++)));
+      }
     }
     return transcript_.ResultOf(text + ')', signature.result);
   }
@@ -176,12 +178,13 @@ class Model::Walk {
       text += segment.text;
       if (segment.kind.empty()) continue;
       const int64_t value = Value(segment.what);
-      if (segment.kind == "limid")
+      if (segment.kind == "limid") {
         text += LimidText(Slot("limid.named") ? facts_.limid_name : "", Slot("limid.type"), Slot("limid.index"));
-      else if (segment.kind == "object")
+      } else if (segment.kind == "object") {
         text += object_texts_[segment.what.value];
-      else
+      } else {
         text += ValueText(segment.kind, static_cast<int>(value));
+      }
     }
     return text;
   }
@@ -214,22 +217,25 @@ class Model::Walk {
 
   void Store(const Step& step) {
     const int dest = Number(step.operands[0]);
-    if (!model_.registry_.insert({dest, {Number(step.operands[1]), Number(step.operands[2])}}).second)
+    if (!model_.registry_.insert({dest, {Number(step.operands[1]), Number(step.operands[2])}}).second) {
       transcript_.Expect("log 3: Tried to insert DestinationIdCorrelator with " + ValueText("destination", dest) +
                          ", but there was already a member with the same identifier.");
+    }
   }
 
   /// Only what is as it was when the request came: a client may have made another record of it.
   void Rewrite(const Step& step) {
     const auto found = model_.registry_.find(Number(step.operands[0]));
     const Record old = {static_cast<int>(Slot("record.intf")), static_cast<int>(Slot("record.egress"))};
-    if (found != model_.registry_.end() && found->second == old)
+    if (found != model_.registry_.end() && found->second == old) {
       found->second = {Number(step.operands[1]), Number(step.operands[2])};
+    }
   }
 
   void Forget(int dest) {
-    if (model_.registry_.erase(dest) == 0)
+    if (model_.registry_.erase(dest) == 0) {
       transcript_.Expect("log 3: Couldn't delete DestinationIdCorrelator with " + ValueText("destination", dest));
+    }
   }
 
   void Notify(int dest, unsigned port) {
@@ -284,8 +290,9 @@ void Model::Answer(const Request& request, Transcript& transcript, std::deque<Fa
 }
 
 void Model::Register(const Request& request, Transcript& transcript) {
-  if (clients_.count(request.client))
+  if (clients_.count(request.client)) {
     transcript.Expect("log 7: Client " + request.client + " already registered, remove old one!");
+  }
   clients_[request.client] = {request.kind, request.calls, std::make_shared<int>(0)};
 }
 

@@ -84,9 +84,10 @@ std::string RequestText(const Request& request) {
 std::string Scenario(const std::vector<Request>& requests) {
   std::string text;
   for (const auto& request : requests) {
-    for (const auto& fault : request.faults)
+    for (const auto& fault : request.faults) {
       text += "fail " + (fault.function.empty() ? "call=" : fault.function + " nth=") + std::to_string(fault.nth) +
               " result=" + std::to_string(fault.result) + '\n';
+    }
     text += RequestText(request) + '\n';
     if (!request.faults.empty()) text += "clear-faults\n";
   }

@@ -41,20 +41,24 @@ const Rules& Rules::Get() {
 }
 
 Rules::Rules() {
-  for (const auto& object : kObjects)
+  for (const auto& object : kObjects) {
     for (const auto& field : kObjectFields) Declare(std::string(object).append(".").append(field));
-  for (const auto& record : kRecords)
+  }
+  for (const auto& record : kRecords) {
     for (const auto& field : kRecordFields) Declare(std::string(record).append(".").append(field));
+  }
 
   const std::string text = std::string(kVlanRules) + kHostRules + kMplsRules + kTunnelRules;
   const auto lines = Split(text, "\n");
-  for (const auto line : lines)
-    if (line.substr(0, 6) == "table ") table_names_.emplace_back(line.substr(6));
   for (const auto line : lines) {
-    if (line.substr(0, 6) == "table ")
+    if (line.substr(0, 6) == "table ") table_names_.emplace_back(line.substr(6));
+  }
+  for (const auto line : lines) {
+    if (line.substr(0, 6) == "table ") {
       tables_.emplace_back();
-    else
+    } else {
       tables_.back().push_back(ParseLine(line));
+    }
   }
 }
 
@@ -66,13 +70,15 @@ int Rules::TableIndex(std::string_view name) const {
 
 std::vector<std::string> Rules::Unreached() const {
   std::vector<std::string> lines;
-  for (size_t i = 0; i < tables_.size(); ++i)
+  for (size_t i = 0; i < tables_.size(); ++i) {
     for (const Line& line : tables_[i]) {
-      if (!line.taken)
+      if (!line.taken) {
         lines.push_back(table_names_[i] + ", never taken: " + line.text);
-      else if (!line.failed && line.failure != Failure::kNever)
+      } else if (!line.failed && line.failure != Failure::kNever) {
         lines.push_back(table_names_[i] + ", never failed: " + line.text);
+      }
     }
+  }
   return lines;
 }
 
@@ -178,10 +184,11 @@ std::vector<Segment> Rules::ParseText(std::string_view text) {
     if (open == std::string_view::npos) return segments;
     const auto close = text.find('}');
     const auto words = Split(text.substr(open + 1, close - open - 1), " ");
-    if (words.size() == 2)
+    if (words.size() == 2) {
       segments.back().kind = words[0];
-    else
+    } else {
       segments.back().kind = "number";
+    }
     const auto what = words.back();
     segments.back().what =
         IndexOf(kObjects, what) >= 0 ? Operand{false, Slot(std::string(what) + ".found")} : ParseOperand(what);

@@ -21,8 +21,9 @@ std::vector<std::string> CallsAndLog(const std::vector<std::string>& transcript)
 std::vector<std::string> OnTheModule(const std::vector<Request>& requests) {
   Subject subject;
   std::vector<std::string> lines;
-  for (const auto& request : requests)
+  for (const auto& request : requests) {
     for (const auto& line : CallsAndLog(subject.Run(request))) lines.push_back(line);
+  }
   return lines;
 }
 

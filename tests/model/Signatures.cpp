@@ -47,14 +47,16 @@ const std::vector<Signature> kSignatures = {
 };
 
 int SignatureIndex(std::string_view name) {
-  for (size_t i = 0; i < kSignatures.size(); ++i)
+  for (size_t i = 0; i < kSignatures.size(); ++i) {
     if (kSignatures[i].name == name) return static_cast<int>(i);
+  }
   return -1;
 }
 
 const Signature& SignatureOf(std::string_view function) {
-  for (const auto& signature : kSignatures)
+  for (const auto& signature : kSignatures) {
     if (signature.function == function) return signature;
+  }
   throw std::out_of_range("no signature of " + std::string(function));
 }
 

@@ -52,8 +52,9 @@ Subject::Subject(const softcard::CardDescription& description) : model_(names_) 
 
 Subject::~Subject() {
   const softcard::Record silence(Card::Get().log(), softcard::CallLog::Recording::kNothing);
-  for (const auto& name : names_)
+  for (const auto& name : names_) {
     hal_encap::HalL3MplsEncapsulationUpdItf::GetInstance()->RegisterMplsUpdateClient(name, {});
+  }
 }
 
 const std::vector<std::string>& Subject::Run(const Request& request) {
@@ -71,10 +72,11 @@ void Subject::Make(const Request& request) {
   lines_.clear();
   facts_.clear();
   for (const auto& fault : request.faults) {
-    if (fault.function.empty())
+    if (fault.function.empty()) {
       card.faults().FailCallNumber(fault.nth, fault.result);
-    else
+    } else {
       card.faults().FailNth(fault.function, fault.nth, fault.result);
+    }
   }
   try {
     Execute(request);
@@ -144,7 +146,7 @@ int Call(const Request& request) {
 void Subject::Register(const Request& request) {
   names_.insert(request.client);
   std::function<void(int, unsigned)> callback;
-  if (request.kind != ClientKind::kEmpty)
+  if (request.kind != ClientKind::kEmpty) {
     callback = [this, name = request.client, kind = request.kind, calls = request.calls, told = 0](
                    int dest, unsigned port) mutable {
       Note(NotifiedLine(name, dest, port, ++told));
@@ -154,6 +156,7 @@ void Subject::Register(const Request& request) {
       for (const auto& call : calls) Execute(call);
       calling_.erase(name);
     };
+  }
   hal_encap::HalL3MplsEncapsulationUpdItf::GetInstance()->RegisterMplsUpdateClient(request.client, std::move(callback));
 }
 
@@ -176,8 +179,9 @@ Facts Subject::Gather(const Request& request) const {
     const auto record = common.destination_id_correlators.find(static_cast<int>(dest));
     if (record == common.destination_id_correlators.end()) continue;
     IntfObject* object = nullptr;
-    if (!HwEncapsulationResourceManager::GetInstance()->intf_mng()->GetIntfObject(record->second.intf_id, &object))
+    if (!HwEncapsulationResourceManager::GetInstance()->intf_mng()->GetIntfObject(record->second.intf_id, &object)) {
       continue;
+    }
     facts.intfs[record->second.intf_id] = {
         object->id(),  object->vlan_id(),  object->vrf(),           MacNumber(object->macsa()),
         object->mtu(), object->l3_flags(), object->tunnel().type(), object->ToString(true)};
@@ -194,9 +198,10 @@ void Subject::CompareRegistry() const {
   if (found == model_.registry()) return;
   const auto text = [](const Registry& registry) {
     std::string all;
-    for (const auto& [dest, record] : registry)
+    for (const auto& [dest, record] : registry) {
       all +=
           " {" + std::to_string(dest) + ", " + std::to_string(record.intf) + ", " + std::to_string(record.egress) + '}';
+    }
     return all;
   };
   throw Difference("expected registry:" + text(model_.registry()) + "\nfound registry:   " + text(found));

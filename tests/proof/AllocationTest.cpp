@@ -15,8 +15,9 @@ namespace {
 
 model::Registry Records() {
   model::Registry records;
-  for (const auto& [dest, record] : HalBcmCommon::GetInstance()->destination_id_correlators)
+  for (const auto& [dest, record] : HalBcmCommon::GetInstance()->destination_id_correlators) {
     records[dest] = {record.intf_id, record.egress_id};
+  }
   return records;
 }
 
@@ -49,9 +50,7 @@ bool FailsAt(long nth, const std::vector<Request>& before, const Request& reques
   const bool failed = allocations::HasFailed();
   allocations::FailNth(0);
   EXPECT_EQ(thrown, failed);
-  if (failed) {
-    EXPECT_EQ(Records(), records);
-  }
+  if (failed) EXPECT_EQ(Records(), records);
   ExpectThatRequestsWork();
   return failed;
 }

@@ -15,11 +15,12 @@ int main() {
   std::vector<HalL3MplsEncapsulationUpdItf*> seen(kThreads);
   std::vector<std::thread> threads;
   threads.reserve(kThreads);
-  for (int i = 0; i < kThreads; ++i)
+  for (int i = 0; i < kThreads; ++i) {
     threads.emplace_back([&, i] {
       for (--waiting; waiting > 0;) std::this_thread::yield();
       seen[i] = HalL3MplsEncapsulationUpdItf::GetInstance();
     });
+  }
   for (auto& thread : threads) thread.join();
 
   for (const auto* registry : seen) {

@@ -26,8 +26,9 @@ class ACallback : public testing::Test {
  protected:
   ACallback() {
     for (const char* line : {"install-vrf 1", "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01",
-                             "install-mpls 20 vlan=10 lim=eth1 mac=02:00:00:00:00:01 labels=100,200 caps=4"})
+                             "install-mpls 20 vlan=10 lim=eth1 mac=02:00:00:00:00:01 labels=100,200 caps=4"}) {
       subject_.Run(faults::Parse(line));
+    }
   }
 
   Lines Replace() {

@@ -204,9 +204,7 @@ TEST_F(CallLogTest, ShowingTheTablesLeavesNoTrace) {
   card_.log().Clear();
   const softcard::Record record(card_.log(), CallLog::Recording::kAll);
   card_.faults().FailNth("IntfObject::vrf", 1, 77);
-  for (const std::string& table : Card::TableNames()) {
-    Rows(table.c_str());
-  }
+  for (const std::string& table : Card::TableNames()) Rows(table.c_str());
   EXPECT_EQ(Log(), Lines{});
   EXPECT_FALSE(card_.faults().empty());
 }

@@ -32,9 +32,7 @@ TEST_F(CardTest, TablesAreShownInTheirOrder) {
   EXPECT_EQ(Card::TableNames(), (Lines{"intfs", "egresses", "initiators", "stations", "associations", "vrfs",
                                        "protocol", "switch", "ports", "lags", "destinations"}));
   FillEveryTable();
-  for (const std::string& table : Card::TableNames()) {
-    EXPECT_FALSE(Rows(table.c_str()).empty()) << table;
-  }
+  for (const std::string& table : Card::TableNames()) EXPECT_FALSE(Rows(table.c_str()).empty()) << table;
 }
 
 TEST_F(CardTest, ATableThatDoesNotExistIsNamedWithThoseThatDo) {

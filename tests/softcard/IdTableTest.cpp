@@ -24,12 +24,8 @@ TEST(IdTableTest, AfterTheLastIdTheFirstFreeOneComesAgain) {
 TEST(IdTableTest, RowsStayWhereTheyAreWhileOthersComeAndGo) {
   IdTable<int> table(1, 1000);
   int* const row = table.Find(table.Add(77));
-  for (int i = 0; i < 500; ++i) {
-    table.Add(i);
-  }
-  for (int id = 2; id < 400; ++id) {
-    table.Delete(id);
-  }
+  for (int i = 0; i < 500; ++i) table.Add(i);
+  for (int id = 2; id < 400; ++id) table.Delete(id);
   EXPECT_EQ(table.Find(1), row);
   EXPECT_EQ(*row, 77);
 }

@@ -28,12 +28,8 @@ TEST_F(ManyDestinationsTest, ACardDescribedLargeHoldsThemAllUnderDifferentIds) {
   EXPECT_EQ(CreateIntf(), BCM_E_FULL);
   EXPECT_EQ(CreateEgress(1), BCM_E_FULL);
 
-  for (const int intf : intfs) {
-    ASSERT_EQ(intfs_.DeleteIntf(0, intf), BCM_E_NONE);
-  }
-  for (const int egress : egresses) {
-    ASSERT_EQ(egresses_.DeleteEgress(egress), BCM_E_NONE);
-  }
+  for (const int intf : intfs) ASSERT_EQ(intfs_.DeleteIntf(0, intf), BCM_E_NONE);
+  for (const int egress : egresses) ASSERT_EQ(egresses_.DeleteEgress(egress), BCM_E_NONE);
   EXPECT_EQ(Rows("intfs"), Lines{});
   EXPECT_EQ(Rows("egresses"), Lines{});
 }

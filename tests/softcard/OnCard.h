@@ -38,9 +38,7 @@ class OnCard : public ::testing::Test {
   /// A text that shows each line on its own, for comparison with a raw string.
   static std::string Shown(const Lines& lines) {
     std::string text = "\n";
-    for (const std::string& line : lines) {
-      text += line + '\n';
-    }
+    for (const std::string& line : lines) text += line + '\n';
     return text;
   }
   std::string LastLine() { return card_.log().Lines().back(); }

@@ -41,9 +41,7 @@ TEST_F(UpdateRegistryTest, WithoutClientsNothingIsLogged) {
 }
 
 TEST_F(UpdateRegistryTest, ClientsAreCalledInTheOrderOfTheirNames) {
-  for (const char* const name : {"b", "a", "c"}) {
-    registry_.RegisterMplsUpdateClient(name, Notice(name));
-  }
+  for (const char* const name : {"b", "a", "c"}) registry_.RegisterMplsUpdateClient(name, Notice(name));
   EXPECT_EQ(Logged(), Notices{});
   registry_.ExecuteMplsUpdate(20, 1);
   EXPECT_EQ(notices_, (Notices{"a 20 1", "b 20 1", "c 20 1"}));
@@ -52,9 +50,7 @@ TEST_F(UpdateRegistryTest, ClientsAreCalledInTheOrderOfTheirNames) {
 }
 
 TEST_F(UpdateRegistryTest, NamesAreOrderedByteByByte) {
-  for (const char* const name : {"\xC3\xA9", "b", "B", ""}) {
-    registry_.RegisterMplsUpdateClient(name, Notice(name));
-  }
+  for (const char* const name : {"\xC3\xA9", "b", "B", ""}) registry_.RegisterMplsUpdateClient(name, Notice(name));
   registry_.ExecuteMplsUpdate(1, 2);
   EXPECT_EQ(notices_, (Notices{" 1 2", "B 1 2", "b 1 2", "\xC3\xA9 1 2"}));
 }
