@@ -52,6 +52,6 @@ bool IntfManager::GetIntfObject(int intf, IntfObject** object) {
     return *object != nullptr;
   });
   // Nobody may read the pointer after a false, a planned one included: it leads nowhere.
-  if (!found) std::memset(object, '#', sizeof *object);
+  if (!found) std::memset(object, '#', sizeof(void*));
   return found;
 }
