@@ -31,14 +31,11 @@ void HalL3MplsEncapsulationUpd::RegisterMplsUpdateClient(const std::string& name
 }
 
 void HalL3MplsEncapsulationUpd::ExecuteMplsUpdate(int destination_id, unsigned int port) const {
-  // A client may register clients, itself included, from inside its callback: those of now are called. Names stay in
-  // the map for good.
-  std::vector<std::pair<const char*, std::shared_ptr<Callback>>> clients;
-  clients.reserve(clients_.size());
-  for (const auto& [name, callback] : clients_) clients.emplace_back(name.c_str(), callback);
+  // A client may register clients, itself included, from inside its callback: those of now are called.
+  std::vector<std::pair<std::string, std::shared_ptr<Callback>>> clients(clients_.begin(), clients_.end());
   for (auto& [name, callback] : clients) {
     if (callback != nullptr && *callback) {
-      HalCallbacksItf::getInstance()->log(kProgress, "Calling callback for client %s.", name);
+      HalCallbacksItf::getInstance()->log(kProgress, "Calling callback for client %s.", name.c_str());
       (*callback)(destination_id, port);
     }
     callback = nullptr;

@@ -50,7 +50,9 @@ bool FailsAt(long nth, const std::vector<Request>& before, const Request& reques
   const bool failed = allocations::HasFailed();
   allocations::FailNth(0);
   EXPECT_EQ(thrown, failed);
-  if (failed) EXPECT_EQ(Records(), records);
+  if (failed) {
+    EXPECT_EQ(Records(), records);
+  }
   ExpectThatRequestsWork();
   return failed;
 }
