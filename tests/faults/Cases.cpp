@@ -1,10 +1,5 @@
 #include "tests/faults/Cases.h"
 
-#include <algorithm>
-#include <cstdlib>
-#include <sstream>
-#include <stdexcept>
-
 namespace faults {
 namespace {
 
@@ -47,8 +42,8 @@ const std::vector<Case> kCases = {
      "install-host 30 vlan=10 lim=lag1 mac=02:00:00:00:00:02 actions=1,2"},
     {"host on the CPU port without a base", {}, "install-host 30 vlan=0 lim=cpu mac=02:00:00:00:00:02 actions=2,3"},
     {"host on no port", {BASE}, "install-host 30 vlan=10 lim=vlan100 mac=02:00:00:00:00:02"},
-    {"host on an absent port", {BASE}, "install-host 30 vlan=10 lim=eth99 mac=02:00:00:00:00:02"},
-    {"host on an absent LAG", {BASE}, "install-host 30 vlan=10 lim=lag99 mac=02:00:00:00:00:02"},
+    {"host on an absent port", {BASE}, "install-host 30 vlan=10 lim=absent:eth99 mac=02:00:00:00:00:02"},
+    {"host on an absent LAG", {BASE}, "install-host 30 vlan=10 lim=absent:lag99 mac=02:00:00:00:00:02"},
     {"host on an unknown base", {}, "install-host 30 vlan=10 lim=eth1 mac=02:00:00:00:00:02"},
     {"host that is there", {BASE, HOST}, HOST},
     {"host moved", {BASE, SECOND_BASE, HOST}, "replace-host 30 vlan=11 lim=lag2 mac=02:00:00:00:00:04 actions=1"},
@@ -70,7 +65,7 @@ const std::vector<Case> kCases = {
     {"push on an unknown base", {}, MPLS("install", "labels=100,200 caps=4")},
     {"push on an absent port",
      {BASE},
-     "install-mpls 20 vlan=10 lim=eth99 mac=02:00:00:00:00:03 labels=100 caps=4 action=1"},
+     "install-mpls 20 vlan=10 lim=absent:eth99 mac=02:00:00:00:00:03 labels=100 caps=4 action=1"},
     {"forward", {BASE}, MPLS("install", "labels=100,200 caps=3")},
     {"swap", {BASE}, MPLS("install", "labels=100 caps=2")},
     {"swap without labels", {BASE}, MPLS("install", "caps=2")},
@@ -88,7 +83,9 @@ const std::vector<Case> kCases = {
     {"push to push, clients told",
      {BASE, PUSH, "client a notify", "client b empty"},
      MPLS("replace", "labels=300,400 caps=4")},
-    {"push to forward, a client throws", {BASE, PUSH, "client a throw", "client b notify"}, MPLS("replace", "caps=3")},
+    {"push to forward, a client throws",
+     {BASE, PUSH, "client a throw \"client a\"", "client b notify"},
+     MPLS("replace", "caps=3")},
     {"push to push, dropping", {BASE, PUSH, "client a notify"}, MPLS("replace", "labels=300 caps=1,4 action=1")},
     {"push to swap", {BASE, PUSH}, MPLS("replace", "labels=300 caps=2")},
     {"push to swap without labels", {BASE, PUSH}, MPLS("replace", "caps=2")},
@@ -105,7 +102,7 @@ const std::vector<Case> kCases = {
      "replace-mpls 20 vlan=12 lim=lag1 mac=02:00:00:00:00:03 labels=1 caps=4"},
     {"push moved to an absent port",
      {BASE, PUSH},
-     "replace-mpls 20 vlan=10 lim=eth99 mac=02:00:00:00:00:03 labels=1 caps=4"},
+     "replace-mpls 20 vlan=10 lim=absent:eth99 mac=02:00:00:00:00:03 labels=1 caps=4"},
     {"push whose interface has no initiator", {BASE, SWAP}, MPLS("replace", "labels=300 caps=4")},
     {"swap to swap", {BASE, SWAP}, MPLS("replace", "labels=300 caps=2")},
     {"swap to the explicit null", {BASE, SWAP}, MPLS("replace", "labels=0 caps=2")},
@@ -130,66 +127,5 @@ const std::vector<Case> kCases = {
     {"push, away after its base", {BASE, PUSH, "destroy-vlan 10"}, "destroy-mpls 20"},
     {"mpls, away though not there", {}, "destroy-mpls 20"},
 };
-
-namespace {
-
-template <typename Number>
-std::vector<Number> List(const std::string& text) {
-  std::vector<Number> numbers;
-  std::istringstream words(text);
-  for (std::string word; std::getline(words, word, ',');) numbers.push_back(static_cast<Number>(std::stoll(word)));
-  return numbers;
-}
-
-int64_t Mac(std::string text) {
-  if (text == "null") return model::kNullMac;
-  text.erase(std::remove(text.begin(), text.end(), ':'), text.end());
-  return std::strtoll(text.c_str(), nullptr, 16);
-}
-
-}  // namespace
-
-model::Request Parse(const std::string& line) {
-  std::istringstream words(line);
-  std::string name;
-  words >> name;
-  model::Request request{};
-  for (int i = 0; i < model::kOperations; ++i)
-    if (name == model::Name(static_cast<model::Operation>(i))) request.operation = static_cast<model::Operation>(i);
-  for (std::string word; words >> word;) {
-    const size_t equals = word.find('=');
-    const std::string key = word.substr(0, equals),
-                      value = equals == std::string::npos ? word : word.substr(equals + 1);
-    if (key == "lim")
-      request.limid = value;
-    else if (key == "vlan")
-      request.base = static_cast<unsigned>(std::stoul(value));
-    else if (key == "vrf")
-      request.vrf = static_cast<unsigned>(std::stoul(value));
-    else if (key == "mtu")
-      request.mtu = static_cast<unsigned>(std::stoul(value));
-    else if (key == "mac")
-      request.mac = Mac(value);
-    else if (key == "caps" || key == "actions")
-      request.items = List<int>(value);
-    else if (key == "labels")
-      request.labels = List<unsigned>(value);
-    else if (key == "action")
-      request.action = std::stoi(value);
-    else if (word == "notify")
-      request.kind = model::ClientKind::kRecords;
-    else if (word == "empty")
-      request.kind = model::ClientKind::kEmpty;
-    else if (word == "throw")
-      request.kind = model::ClientKind::kThrows;
-    else if (name == "client")
-      request.client = word;
-    else if (name == "install-vrf" || name == "destroy-vrf")
-      request.vrf = static_cast<unsigned>(std::stoul(word));
-    else
-      request.dest = static_cast<unsigned>(std::stoul(word));
-  }
-  return request;
-}
 
 }  // namespace faults

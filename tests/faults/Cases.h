@@ -3,8 +3,6 @@
 
 #include <vector>
 
-#include "tests/model/Request.h"
-
 namespace faults {
 
 /// A request in a state of the card, both in the words of the scenario language.
@@ -15,9 +13,6 @@ struct Case {
 };
 
 extern const std::vector<Case> kCases;
-
-/// The request that this line of a scenario asks for.
-model::Request Parse(const std::string& line);
 
 }  // namespace faults
 

@@ -6,6 +6,7 @@
 #include <map>
 
 #include "tests/faults/Cases.h"
+#include "tests/model/RequestReader.h"
 #include "tests/model/Signatures.h"
 #include "tests/model/Subject.h"
 
@@ -68,21 +69,21 @@ class Faults : public testing::TestWithParam<size_t> {
   std::vector<std::string> Run(const std::vector<Fault>& planned) {
     model::Subject subject;
     const Case& tried = faults::kCases[GetParam()];
-    Request request = faults::Parse(tried.request);
+    Request request = model::ReadRequest(tried.request);
     try {
-      for (const auto* line : tried.before) subject.Run(faults::Parse(line));
+      for (const auto* line : tried.before) subject.Run(model::ReadRequest(line));
       request.faults = planned;
       auto transcript = subject.Run(request);
       request.faults.clear();
       if (planned.size() < 2) {
         subject.Run(request);
         for (const auto* last : {"destroy-host ", "destroy-mpls ", "destroy-vlan "})
-          subject.Run(faults::Parse(last + std::to_string(request.dest)));
+          subject.Run(model::ReadRequest(last + std::to_string(request.dest)));
       }
       return transcript;
     } catch (const model::Difference& difference) {
       std::vector<Request> scenario;
-      for (const auto* line : tried.before) scenario.push_back(faults::Parse(line));
+      for (const auto* line : tried.before) scenario.push_back(model::ReadRequest(line));
       request.faults = planned;
       scenario.push_back(request);
       ADD_FAILURE() << Scenario(scenario) << difference.what();

@@ -1,9 +1,8 @@
 #include <gtest/gtest.h>
 
-#include <map>
+#include <set>
 
-#include "tests/faults/Cases.h"
-#include "tests/model/Subject.h"
+#include "diagnosis/Attempt.h"
 
 using Names = std::vector<std::string>;
 
@@ -99,26 +98,25 @@ const std::vector<Residue> kResidues = {
     {{kVrf1, kVlan, kPush}, "destroy-mpls 20", {kDeleteIntf}, {"destinations", "egresses", "initiators"}},
 };
 
-std::map<std::string, Names> Tables() {
-  std::map<std::string, Names> tables;
-  for (const auto& name : softcard::Card::TableNames())
-    tables[name] = softcard::Texts(softcard::Card::Get().Rows(name));
-  return tables;
+/// The tables of which rows went or came, in the order of their names.
+Names Changed(const diagnosis::Attempt& attempt) {
+  std::set<std::string> tables;
+  for (const auto& rows :
+       {diagnosis::Without(attempt.before, attempt.after), diagnosis::Without(attempt.after, attempt.before)}) {
+    for (const softcard::Row& row : rows) tables.insert(row.table->name);
+  }
+  return {tables.begin(), tables.end()};
 }
 
 }  // namespace
 
 TEST(TheCard, KeepsOfAFailedRequestWhatIsNotUndoneAndNothingElse) {
-  for (const auto& [before, line, failing, changed] : kResidues) {
-    model::Subject subject;
-    for (const auto& earlier : before) subject.Run(faults::Parse(earlier));
-    const auto tables = Tables();
-    auto request = faults::Parse(line);
-    for (const auto& function : failing) request.faults.push_back({function, 1, -4});
-    subject.Run(request);
-    Names found;
-    for (const auto& [name, rows] : Tables())
-      if (rows != tables.at(name)) found.push_back(name);
-    EXPECT_EQ(found, changed) << model::Scenario({request});
+  scenario::Language language;
+  scenario::AddStandard(language);
+  for (const auto& [before, request, failing, changed] : kResidues) {
+    diagnosis::Situation situation{before, request};
+    for (const auto& function : failing) situation.before.push_back("fail " + function + " result=BCM_E_PARAM");
+    const diagnosis::Attempt attempt = diagnosis::Try(language, softcard::Card::Get(), situation);
+    EXPECT_EQ(Changed(attempt), changed) << request << " with " << situation.before.back();
   }
 }

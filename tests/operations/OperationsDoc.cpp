@@ -5,193 +5,141 @@
 #include <cstdio>
 #include <cstring>
 #include <fstream>
-#include <functional>
 #include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "HalL3MplsEncapsulationInterface.h"
-#include "bcm/error.h"
-#include "softcard/Card.h"
+#include "diagnosis/Refusals.h"
 
 namespace {
 
+using calls::Call;
+using diagnosis::Attempt;
+using diagnosis::Refusal;
+using diagnosis::Rows;
 using Lines = std::vector<std::string>;
-using Request = std::function<int()>;
-
-HalL3MplsEncapsulationInterface& module_ = *HalL3MplsEncapsulationInterface::GetInstance();
-softcard::Card& card = softcard::Card::Get();
-
-unsigned char router_mac[] = {0x00, 0x00, 0x5e, 0x00, 0x01, 0x01};
-unsigned char other_mac[] = {0x00, 0x00, 0x5e, 0x00, 0x01, 0x02};
-unsigned char host_mac[] = {0x02, 0x00, 0x00, 0x00, 0x00, 0x09};
-
-limid_t Lim(const char* name) { return softcard::LimId(name); }
 
 /// What an operation starts from, and the request itself.
 struct Case {
   const char* title;
   const char* explanation;
-  std::function<void()> prepare;
-  Request request;
+  diagnosis::Situation situation;
 };
 
-void Nothing() {
-  module_.InstallVrf(1);
-  module_.InstallVrf(2);
-}
-void WithVlan() {
-  Nothing();
-  module_.InstallVlanOutgoingEncapsulation(10, Lim("vlan100"), 1, 1500, router_mac, {});
-}
-void WithHost() {
-  WithVlan();
-  module_.InstallHostOutgoingEncapsulation(20, 10, Lim("eth1"), {}, host_mac);
-}
-
-int InstallMpls(const std::vector<unsigned int>& labels, en_HalMplsCapabilities capability) {
-  return module_.InstallMplsUnprotectedOutgoingEncapsulation(30, 10, Lim("eth2"), host_mac, labels, {capability},
-                                                             HAL_ACTION_NONE);
-}
-int ReplaceMpls(const std::vector<unsigned int>& labels, en_HalMplsCapabilities capability) {
-  return module_.ReplaceMplsUnprotectedOutgoingEncapsulation(30, 10, Lim("eth3"), other_mac, labels, {capability},
-                                                             HAL_ACTION_NONE);
-}
-int DestroyMpls() { return module_.DestroyMplsUnprotectedOutgoingEncapsulation(30); }
-
-std::function<void()> WithMpls(const std::vector<unsigned int>& labels, en_HalMplsCapabilities capability) {
-  return [=] {
-    WithVlan();
-    InstallMpls(labels, capability);
-  };
-}
-Request Install(const std::vector<unsigned int>& labels, en_HalMplsCapabilities capability) {
-  return [=] { return InstallMpls(labels, capability); };
-}
-Request Replace(const std::vector<unsigned int>& labels, en_HalMplsCapabilities capability) {
-  return [=] { return ReplaceMpls(labels, capability); };
-}
-
-constexpr auto kSwap = HAL_MPLS_CAPABILITY_SWAP;
-constexpr auto kForward = HAL_MPLS_CAPABILITY_FORWARD;
-constexpr auto kPush = HAL_MPLS_CAPABILITY_PUSH;
-constexpr auto kVcLabel = HAL_MPLS_CAPABILITY_VC_LABEL;
+#define VRFS "install-vrf 1", "install-vrf 2"
+#define VLAN VRFS, "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"
+#define HOST VLAN, "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09"
+#define INSTALL(REST) "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 " REST
+#define REPLACE(REST) "replace-mpls 30 vlan=10 lim=eth3 mac=00:00:5e:00:01:02 " REST
 
 const Case kCases[] = {
-    {"InitEncapsulationModule", "Both modes are tried, whatever becomes of the first.", Nothing,
-     [] { return module_.InitEncapsulationModule(); }},
-    {"InstallVrf", "The platform's status is the result, also when positive.", Nothing,
-     [] { return module_.InstallVrf(3); }},
-    {"DestroyVrf", "The platform's status is the result, also when positive.", Nothing,
-     [] { return module_.DestroyVrf(2); }},
+    {"InitEncapsulationModule", "Both modes are tried, whatever becomes of the first.", {{VRFS}, "init"}},
+    {"InstallVrf", "The platform's status is the result, also when positive.", {{VRFS}, "install-vrf 3"}},
+    {"DestroyVrf", "The platform's status is the result, also when positive.", {{VRFS}, "destroy-vrf 2"}},
 
     {"InstallVlanOutgoingEncapsulation",
      "The protocol packet control stays on after every failure. An id that is installed already gets a second set of "
      "chip objects, the first record stays.",
-     Nothing, [] { return module_.InstallVlanOutgoingEncapsulation(10, Lim("vlan100"), 1, 1500, router_mac, {}); }},
+     {{VRFS}, "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"}},
     {"ReplaceVlanOutgoingEncapsulation, same VRF, another VLAN",
-     "The association and the old VLAN's my-station entry stay where they are.", WithVlan,
-     [] { return module_.ReplaceVlanOutgoingEncapsulation(10, Lim("vlan200"), 1, 9000, other_mac, {}); }},
+     "The association and the old VLAN's my-station entry stay where they are.",
+     {{VLAN}, "replace-vlan 10 lim=vlan200 vrf=1 mtu=9000 mac=00:00:5e:00:01:02"}},
     {"ReplaceVlanOutgoingEncapsulation, another VRF",
-     "The stored VLAN leaves the stored VRF before the new pair is associated. Nothing is undone.", WithVlan,
-     [] { return module_.ReplaceVlanOutgoingEncapsulation(10, Lim("vlan200"), 2, 9000, other_mac, {}); }},
+     "The stored VLAN leaves the stored VRF before the new pair is associated. Nothing is undone.",
+     {{VLAN}, "replace-vlan 10 lim=vlan200 vrf=2 mtu=9000 mac=00:00:5e:00:01:02"}},
     {"DestroyVlanOutgoingEncapsulation",
      "Everything about the VLAN is taken from the interface object. A restored my-station entry has the interface's "
      "flags, not those of the install.",
-     WithVlan, [] { return module_.DestroyVlanOutgoingEncapsulation(10); }},
+     {{VLAN}, "destroy-vlan 10"}},
 
-    {"InstallHostOutgoingEncapsulation", "One chip object, made last: nothing to undo.", WithVlan,
-     [] { return module_.InstallHostOutgoingEncapsulation(20, 10, Lim("eth1"), {}, host_mac); }},
+    {"InstallHostOutgoingEncapsulation",
+     "One chip object, made last: nothing to undo.",
+     {{VLAN}, "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09"}},
     {"ReplaceHostOutgoingEncapsulation",
-     "The platform's negative status is the result. A host that is not installed is installed, as above.", WithHost,
-     [] { return module_.ReplaceHostOutgoingEncapsulation(20, 0, Lim("eth2"), {}, other_mac); }},
-    {"DestroyHostOutgoingEncapsulation", "A host that is not installed is a success.", WithHost,
-     [] { return module_.DestroyHostOutgoingEncapsulation(20); }},
+     "The platform's negative status is the result. A host that is not installed is installed, as above.",
+     {{HOST}, "replace-host 20 vlan=0 lim=eth2 mac=00:00:5e:00:01:02"}},
+    {"DestroyHostOutgoingEncapsulation", "A host that is not installed is a success.", {{HOST}, "destroy-host 20"}},
 
-    {"InstallMplsUnprotectedOutgoingEncapsulation, push of two labels", "A failed install leaves no record.", WithVlan,
-     Install({100, 200}, kPush)},
-    {"InstallMplsUnprotectedOutgoingEncapsulation, forward", "As a push, with an initiator that pushes nothing.",
-     WithVlan, Install({}, kForward)},
+    {"InstallMplsUnprotectedOutgoingEncapsulation, push of two labels",
+     "A failed install leaves no record.",
+     {{VLAN}, INSTALL("labels=100,200 caps=push")}},
+    {"InstallMplsUnprotectedOutgoingEncapsulation, forward",
+     "As a push, with an initiator that pushes nothing.",
+     {{VLAN}, INSTALL("caps=forward")}},
     {"InstallMplsUnprotectedOutgoingEncapsulation, swap into a tunnel",
      "When the egress object is refused, the initiator cleared is that of the VLAN's interface: this is meant.",
-     WithVlan, Install({16, 300}, kSwap)},
+     {{VLAN}, INSTALL("labels=16,300 caps=swap")}},
     {"InstallMplsUnprotectedOutgoingEncapsulation, swap",
-     "No interface of its own: the record names the VLAN's, which the destroy leaves alone.", WithVlan,
-     Install({16}, kSwap)},
-    {"InstallMplsUnprotectedOutgoingEncapsulation, VC label", "The record names no interface.", WithVlan,
-     Install({500}, kVcLabel)},
+     "No interface of its own: the record names the VLAN's, which the destroy leaves alone.",
+     {{VLAN}, INSTALL("labels=16 caps=swap")}},
+    {"InstallMplsUnprotectedOutgoingEncapsulation, VC label",
+     "The record names no interface.",
+     {{VLAN}, INSTALL("labels=500 caps=vc")}},
 
     {"ReplaceMplsUnprotectedOutgoingEncapsulation, push",
      "Nothing is undone and the record keeps its ids after a failure. The update clients are called before the record "
      "is written.",
-     WithMpls({100, 200}, kPush), Replace({300}, kPush)},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap that stays in its tunnel", "Nothing is undone.",
-     WithMpls({16, 300}, kSwap), Replace({17, 301}, kSwap)},
+     {{VLAN, INSTALL("labels=100,200 caps=push")}, REPLACE("labels=300 caps=push")}},
+    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap that stays in its tunnel",
+     "Nothing is undone.",
+     {{VLAN, INSTALL("labels=16,300 caps=swap")}, REPLACE("labels=17,301 caps=swap")}},
     {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap out of its tunnel",
      "Succeeds though the new egress object is refused; the record then holds the negative status.",
-     WithMpls({16, 300}, kSwap), Replace({17}, kSwap)},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap into a tunnel", "The new interface is taken back.",
-     WithMpls({16}, kSwap), Replace({17, 301}, kSwap)},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap without a tunnel", "", WithMpls({16}, kSwap),
-     Replace({17}, kSwap)},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap to label 0", "The egress object is made anew.",
-     WithMpls({16}, kSwap), Replace({0}, kSwap)},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, VC label", "", WithMpls({500}, kVcLabel), Replace({501}, kVcLabel)},
+     {{VLAN, INSTALL("labels=16,300 caps=swap")}, REPLACE("labels=17 caps=swap")}},
+    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap into a tunnel",
+     "The new interface is taken back.",
+     {{VLAN, INSTALL("labels=16 caps=swap")}, REPLACE("labels=17,301 caps=swap")}},
+    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap without a tunnel",
+     "",
+     {{VLAN, INSTALL("labels=16 caps=swap")}, REPLACE("labels=17 caps=swap")}},
+    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap to label 0",
+     "The egress object is made anew.",
+     {{VLAN, INSTALL("labels=16 caps=swap")}, REPLACE("labels=0 caps=swap")}},
+    {"ReplaceMplsUnprotectedOutgoingEncapsulation, VC label",
+     "",
+     {{VLAN, INSTALL("labels=500 caps=vc")}, REPLACE("labels=501 caps=vc")}},
 
-    {"DestroyMplsUnprotectedOutgoingEncapsulation, push", "Goes through whatever the chip says.",
-     WithMpls({100}, kPush), DestroyMpls},
-    {"DestroyMplsUnprotectedOutgoingEncapsulation, VC label", "", WithMpls({500}, kVcLabel), DestroyMpls},
+    {"DestroyMplsUnprotectedOutgoingEncapsulation, push",
+     "Goes through whatever the chip says.",
+     {{VLAN, INSTALL("labels=100 caps=push")}, "destroy-mpls 30"}},
+    {"DestroyMplsUnprotectedOutgoingEncapsulation, VC label",
+     "",
+     {{VLAN, INSTALL("labels=500 caps=vc")}, "destroy-mpls 30"}},
 };
 
-bool StartsWith(const std::string& text, const char* prefix) { return text.rfind(prefix, 0) == 0; }
-
-/// Calls that only decode or describe, and cannot fail a request.
-bool IsAside(const std::string& line) {
+/// Calls that only decode or describe, and cannot fail a request. The card's protocol control is an operation that can
+/// fail; the services that hand it out are not.
+bool IsAside(const Call& call) {
   static const char* const kAsides[] = {"limid_", "fm_", "HalBcmCommon::GetMplsExpMapId",
                                         "bcm_mpls_egress_label_t_init", "TunnelObject::set_"};
   return std::any_of(std::begin(kAsides), std::end(kAsides),
-                     [&](const char* prefix) { return StartsWith(line, prefix); });
+                     [&](const char* prefix) { return std::string(call.function->name).rfind(prefix, 0) == 0; });
 }
 
-struct Run {
-  int result;
-  Lines calls;   ///< every platform call
-  Lines errors;  ///< log lines that report something
-  Lines before, after;
-};
-
-Lines Tables() {
-  Lines rows;
-  for (const char* const table :
-       {"switch", "vrfs", "stations", "associations", "protocol", "intfs", "initiators", "egresses", "destinations"}) {
-    const Lines more = softcard::Texts(card.Rows(table));
-    rows.insert(rows.end(), more.begin(), more.end());
-  }
-  return rows;
-}
-
-/// Runs a case; with `refused` above 0 the call of that number is given `rv`.
-Run RunCase(const Case& c, unsigned long refused = 0, int rv = 0) {
-  card.Reset();
-  c.prepare();
-  card.log().Clear();
-  if (refused > 0) {
-    card.faults().FailCallNumber(refused, rv);
-  }
-  Run run;
-  run.before = Tables();
-  run.result = c.request();
-  run.after = Tables();
-  for (const calls::Event& event : card.log().events()) {
-    const std::string text = calls::UnmarkedText(event, softcard::kLimIdNames);
-    if (const auto* line = std::get_if<calls::LogLine>(&event)) {
-      if (line->level <= 4) run.errors.push_back(text);
-    } else {
-      run.calls.push_back(text);
+/// The calls from this number on that are told of.
+Lines CallsFrom(const Attempt& attempt, unsigned long number) {
+  Lines lines;
+  for (const Call& call : diagnosis::CallsOf(attempt)) {
+    if (number > 1) {
+      --number;
+    } else if (!IsAside(call)) {
+      lines.push_back(calls::UnmarkedText(call, softcard::kLimIdNames));
     }
   }
-  return run;
+  return lines;
+}
+
+/// Log lines that report something.
+Lines Errors(const Attempt& attempt) {
+  Lines lines;
+  for (const scenario::TraceLine& line : attempt.trace.lines) {
+    if (line.kind() == scenario::TraceLine::Kind::kLog &&
+        std::get<calls::LogLine>(std::get<calls::Event>(line.what)).level <= 4) {
+      lines.push_back(line.Text());
+    }
+  }
+  return lines;
 }
 
 /// `first` without the lines of `second`.
@@ -204,65 +152,44 @@ Lines Without(Lines first, const Lines& second) {
   return first;
 }
 
-Lines CallsFrom(const Lines& calls, std::size_t index) {
-  Lines rest(calls.begin() + static_cast<std::ptrdiff_t>(std::min(index, calls.size())), calls.end());
-  rest.erase(std::remove_if(rest.begin(), rest.end(), IsAside), rest.end());
-  return rest;
-}
-
 std::string Cell(const Lines& lines, const char* none) {
   std::string text;
-  for (const std::string& line : lines) {
-    text += (text.empty() ? "`" : "<br>`") + line + "`";
-  }
+  for (const std::string& line : lines) text += (text.empty() ? "`" : "<br>`") + line + "`";
   return text.empty() ? none : text;
 }
 
-std::string Name(const std::string& call) { return call.substr(0, call.find('(')); }
-
 /// The rows that went and the rows that came.
-Lines Changes(const Lines& before, const Lines& after) {
-  Lines rows;
-  for (const std::string& row : Without(before, after)) {
-    rows.push_back("- " + row);
-  }
-  for (const std::string& row : Without(after, before)) {
-    rows.push_back("+ " + row);
-  }
-  return rows;
+Lines Changes(const Rows& before, const Rows& after) {
+  Lines lines;
+  for (const softcard::Row& row : diagnosis::Without(before, after)) lines.push_back("- " + softcard::Text(row));
+  for (const softcard::Row& row : diagnosis::Without(after, before)) lines.push_back("+ " + softcard::Text(row));
+  return lines;
 }
 
 /// What a refused request leaves; when it succeeds all the same, only where that differs from what it leaves as a rule.
-std::string Residue(const Run& good, const Run& bad) {
-  return bad.result == good.result ? Cell(Changes(good.after, bad.after), "as without the refusal")
-                                   : Cell(Changes(bad.before, bad.after), "nothing");
+std::string Residue(const Attempt& good, const Attempt& bad) {
+  return bad.trace.result.number == good.trace.result.number
+             ? Cell(Changes(good.after, bad.after), "as without the refusal")
+             : Cell(Changes(bad.before, bad.after), "nothing");
 }
 
-void Describe(const Case& c, std::ostream& out) {
-  const Run good = RunCase(c);
+void Describe(const scenario::Language& language, const Case& c, std::ostream& out) {
+  const diagnosis::Refusals refusals = diagnosis::RefuseEachCall(language, softcard::Card::Get(), c.situation);
+  const Attempt& good = refusals.unhindered;
   out << "\n## " << c.title << "\n\n";
-  if (*c.explanation != '\0') {
-    out << c.explanation << "\n\n";
-  }
+  if (*c.explanation != '\0') out << c.explanation << "\n\n";
   int step = 0;
-  for (const std::string& call : CallsFrom(good.calls, 0)) {
-    out << ++step << ". `" << call << "`\n";
-  }
+  for (const std::string& call : CallsFrom(good, 1)) out << ++step << ". `" << call << "`\n";
   out << "\n| refused call | calls after it | failures logged | result | left behind |\n|---|---|---|---|---|\n";
   step = 0;
-  for (std::size_t i = 0; i < good.calls.size(); ++i) {
-    const std::string& call = good.calls[i];
-    // The card's protocol control is an operation that can fail; the services that hand it out are not.
-    if (IsAside(call)) {
-      continue;
-    }
-    const bool is_lookup = StartsWith(call, "IntfManager::GetIntfObject");
-    const Run bad = RunCase(c, i + 1, is_lookup ? 0 : BCM_E_FAIL);
-    const Lines rest = CallsFrom(bad.calls, i + 1);
-    const bool goes_on = !rest.empty() && rest == CallsFrom(good.calls, i + 1);
-    const Lines errors = Without(bad.errors, good.errors);
-    out << "| " << ++step << ". `" << Name(call) << "` | " << (goes_on ? "goes on" : Cell(rest, "none")) << " | "
-        << Cell(errors, "none") << " | " << bad.result << " | " << Residue(good, bad) << " |\n";
+  for (const Refusal& refusal : refusals.refused) {
+    if (IsAside(refusal.call)) continue;
+    const Attempt& bad = refusal.attempt;
+    const Lines rest = CallsFrom(bad, refusal.number + 1);
+    const bool goes_on = !rest.empty() && rest == CallsFrom(good, refusal.number + 1);
+    out << "| " << ++step << ". `" << refusal.call.function->name << "` | "
+        << (goes_on ? "goes on" : Cell(rest, "none")) << " | " << Cell(Without(Errors(bad), Errors(good)), "none")
+        << " | " << bad.trace.result.Text() << " | " << Residue(good, bad) << " |\n";
   }
 }
 
@@ -283,9 +210,10 @@ host's: its replace installs and its destroy succeeds.
 "Left behind" shows the rows that the request took from the card's tables (-) and put into them (+). For a request that
 succeeds in spite of the refusal it shows where the tables differ from what the request leaves otherwise.
 )";
-  for (const Case& c : kCases) {
-    Describe(c, out);
-  }
+  scenario::Language language;
+  scenario::AddStandard(language);
+  for (const Case& c : kCases) Describe(language, c, out);
+  softcard::Card::Get().Reset();
   return out.str();
 }
 
@@ -313,15 +241,12 @@ int Check(const char* path) {
 
 int main(int argc, char** argv) {
   if (argc == 3 && std::strcmp(argv[1], "--check") == 0) {
-    const int result = Check(argv[2]);
-    card.Reset();
-    return result;
+    return Check(argv[2]);
   }
   if (argc != 1) {
     std::fprintf(stderr, "usage: operations [--check FILE]\n");
     return 2;
   }
   std::cout << Document();
-  card.Reset();
   return 0;
 }

@@ -5,6 +5,7 @@
 
 #include "hal/HalBcmCommon.h"
 #include "tests/faults/Cases.h"
+#include "tests/model/RequestReader.h"
 #include "tests/model/Subject.h"
 #include "tests/proof/Idle.h"
 
@@ -23,13 +24,14 @@ model::Registry Records() {
 
 /// Works on every card, whatever has happened to it before.
 void ExpectThatRequestsWork() {
-  const Request install = faults::Parse("install-vlan 4000 lim=vlan4000 vrf=1000 mtu=1500 mac=00:00:5e:00:01:09");
-  model::Call(faults::Parse("install-vrf 1000"));
+  const Request install = model::ReadRequest("install-vlan 4000 lim=vlan4000 vrf=1000 mtu=1500 mac=00:00:5e:00:01:09");
+  model::Call(model::ReadRequest("install-vrf 1000"));
   EXPECT_EQ(model::Call(install), 0);
-  EXPECT_EQ(model::Call(faults::Parse("install-mpls 4001 vlan=4000 lim=eth9 mac=02:00:00:00:00:09 labels=7,8 caps=4")),
-            0);
-  EXPECT_EQ(model::Call(faults::Parse("destroy-mpls 4001")), 0);
-  EXPECT_EQ(model::Call(faults::Parse("destroy-vlan 4000")), 0);
+  EXPECT_EQ(
+      model::Call(model::ReadRequest("install-mpls 4001 vlan=4000 lim=eth9 mac=02:00:00:00:00:09 labels=7,8 caps=4")),
+      0);
+  EXPECT_EQ(model::Call(model::ReadRequest("destroy-mpls 4001")), 0);
+  EXPECT_EQ(model::Call(model::ReadRequest("destroy-vlan 4000")), 0);
 }
 
 /// Whether the request has an `nth` allocation, which then has failed.
@@ -63,8 +65,8 @@ TEST(AFailedAllocation, ReachesTheCallerFromEveryPlaceAndLeavesNothingBroken) {
   long failures = 0;
   for (const auto& tried : faults::kCases) {
     std::vector<Request> before;
-    for (const auto* line : tried.before) before.push_back(faults::Parse(line));
-    const Request request = faults::Parse(tried.request);
+    for (const auto* line : tried.before) before.push_back(model::ReadRequest(line));
+    const Request request = model::ReadRequest(tried.request);
     // The registry refuses the record of a destination that is there, and nobody frees it.
     const bool refused = request.operation == model::Operation::kInstallVlan && before.size() > 1;
     const long live = LiveBlocksWhenIdle();

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "tests/faults/Cases.h"
+#include "tests/model/RequestReader.h"
 #include "tests/model/Subject.h"
 
 using model::ClientKind;
@@ -17,7 +17,7 @@ Request Client(const std::string& name, ClientKind kind, const Lines& calls = {}
   request.operation = model::Operation::kRegister;
   request.client = name;
   request.kind = kind;
-  for (const auto& call : calls) request.calls.push_back(faults::Parse(call));
+  for (const auto& call : calls) request.calls.push_back(model::ReadRequest(call));
   return request;
 }
 
@@ -27,12 +27,12 @@ class ACallback : public testing::Test {
   ACallback() {
     for (const char* line : {"install-vrf 1", "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01",
                              "install-mpls 20 vlan=10 lim=eth1 mac=02:00:00:00:00:01 labels=100,200 caps=4"}) {
-      subject_.Run(faults::Parse(line));
+      subject_.Run(model::ReadRequest(line));
     }
   }
 
   Lines Replace() {
-    return subject_.Run(faults::Parse("replace-mpls 20 vlan=10 lim=eth2 mac=02:00:00:00:00:01 labels=300 caps=4"));
+    return subject_.Run(model::ReadRequest("replace-mpls 20 vlan=10 lim=eth2 mac=02:00:00:00:00:01 labels=300 caps=4"));
   }
   static long Count(const Lines& lines, const std::string& line) {
     return std::count(lines.begin(), lines.end(), line);
@@ -125,7 +125,7 @@ TEST_F(ACallback, ThatThrowsEndsTheReplaceBeforeLaterClientsAndBeforeTheRecordIs
   subject_.Run(Client("b", ClientKind::kThrows));
   subject_.Run(Client("c", ClientKind::kRecords));
   // The chip gives the interface another id, which the record does not learn.
-  Request replace = faults::Parse("replace-mpls 20 vlan=10 lim=eth2 mac=02:00:00:00:00:01 labels=300 caps=4");
+  Request replace = model::ReadRequest("replace-mpls 20 vlan=10 lim=eth2 mac=02:00:00:00:00:01 labels=300 caps=4");
   replace.faults = {{"IntfManager::UpdateIntf", 1, 1}};
   const auto lines = subject_.Run(replace);
   EXPECT_EQ(lines.back(), "throws client b");
@@ -135,7 +135,7 @@ TEST_F(ACallback, ThatThrowsEndsTheReplaceBeforeLaterClientsAndBeforeTheRecordIs
 }
 
 TEST_F(ACallback, PassesOnWhatItsOwnRequestsThrow) {
-  subject_.Run(Client("a", ClientKind::kCalls, {"install-host 30 vlan=10 lim=eth99 mac=02:00:00:00:00:04"}));
+  subject_.Run(Client("a", ClientKind::kCalls, {"install-host 30 vlan=10 lim=absent:eth99 mac=02:00:00:00:00:04"}));
   EXPECT_EQ(Replace().back(), "throws HAL ID not found");
   EXPECT_EQ(subject_.registry().at(20), record_);
 }
