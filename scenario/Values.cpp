@@ -167,9 +167,7 @@ std::optional<std::array<unsigned char, 6>> ToMac(const Token& word) {
     throw SyntaxError{word.offset, "this MAC address has " + std::to_string(count) + (count == 1 ? " byte" : " bytes") +
                                        "; one has six, such as 00:00:5e:00:01:01"};
   }
-  if (plus != std::string::npos) {
-    address += ToUnsigned(Behind(word, plus + 1), "offset of a MAC address");
-  }
+  if (plus != std::string::npos) address += ToUnsigned(Behind(word, plus + 1), "offset of a MAC address");
   std::array<unsigned char, 6> mac{};
   for (unsigned i = 0; i < 6; ++i) mac[i] = static_cast<unsigned char>(address >> (40 - 8 * i));
   return mac;

@@ -225,9 +225,7 @@ int Check(const char* path) {
   for (int line = 1;; ++line) {
     const bool more_expected = static_cast<bool>(std::getline(document, expected));
     const bool more_found = static_cast<bool>(std::getline(file, found));
-    if (!more_expected && !more_found) {
-      return 0;
-    }
+    if (!more_expected && !more_found) return 0;
     if (more_expected != more_found || expected != found) {
       std::cerr << path << ":" << line << ": the module does otherwise; check that this is meant, then write the "
                 << "document anew with: operations > docs/operations.md\n  document: " << (more_found ? found : "(end)")
@@ -240,9 +238,7 @@ int Check(const char* path) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc == 3 && std::strcmp(argv[1], "--check") == 0) {
-    return Check(argv[2]);
-  }
+  if (argc == 3 && std::strcmp(argv[1], "--check") == 0) return Check(argv[2]);
   if (argc != 1) {
     std::fprintf(stderr, "usage: operations [--check FILE]\n");
     return 2;
