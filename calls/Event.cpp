@@ -78,11 +78,8 @@ std::optional<Event> ReadCall(std::string_view line, const LimIdNames& names) {
     call.thrown = line;
     return call;
   }
-  const bool marked = line.size() >= kInjected.size() && line.substr(line.size() - kInjected.size()) == kInjected;
-  if (marked) {
-    call.injected = true;
-    line.remove_suffix(kInjected.size());
-  }
+  call.injected = Unmarked(line).size() < line.size();
+  line = Unmarked(line);
   if (Take(&line, " = ")) {
     auto result = Read(function->result_kind(), &line, names);
     if (!result) return std::nullopt;
@@ -92,6 +89,11 @@ std::optional<Event> ReadCall(std::string_view line, const LimIdNames& names) {
 }
 
 }  // namespace
+
+std::string_view Unmarked(std::string_view line) {
+  const bool marked = line.size() >= kInjected.size() && line.substr(line.size() - kInjected.size()) == kInjected;
+  return line.substr(0, line.size() - (marked ? kInjected.size() : 0));
+}
 
 std::string UnmarkedText(const Event& event, const LimIdNames& names) {
   if (const auto* call = std::get_if<Call>(&event)) return CallText(*call, names);

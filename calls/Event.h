@@ -39,6 +39,7 @@ using Event = std::variant<Call, LogLine>;
 ///     log 7: Installing outgoing encapsulation for VLAN destination id(10)
 std::string Text(const Event& event, const LimIdNames& names = kLimIdWords);
 /// The line without its mark, for whoever does not care where a result came from.
+std::string_view Unmarked(std::string_view line);
 std::string UnmarkedText(const Event& event, const LimIdNames& names = kLimIdWords);
 /// A JSON object: {"call": "EgressManager::DeleteEgress", "arguments": {"egress": 100001}, "result": -11,
 /// "status": "Operation failed", "injected": true}, or {"log": 7, "text": "..."}.

@@ -44,6 +44,11 @@ if(HAL_PLATFORM STREQUAL "softcard")
     INCLUDES DESTINATION ${package_include_dir})
   set_target_properties(softcard PROPERTIES INSTALL_RPATH "$ORIGIN/../${CMAKE_INSTALL_LIBDIR}")
   install(TARGETS softcard RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT softcard)
+  if(NOT CMAKE_CROSSCOMPILING)
+    install(FILES ${PROJECT_BINARY_DIR}/console/softcard.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT softcard)
+    install(FILES ${PROJECT_BINARY_DIR}/console/softcard.bash RENAME softcard
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT softcard)
+  endif()
   # Included from the root, as "softcard/Card.h"; folders without headers are not made.
   file(GLOB_RECURSE headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} calls/*.h softcard/*.h)
   foreach(header IN LISTS headers)

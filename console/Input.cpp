@@ -1,46 +1,61 @@
 #include "console/Input.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
 #include <iostream>
-#include <memory>
+#include <stdexcept>
+#include <system_error>
 #include <utility>
 
+#include "scenario/SourceFile.h"
+#include "scenario/Suggestion.h"
+
 namespace console {
-namespace {
 
-/// All of a file. Nothing, and a message on standard error, when it cannot be read.
-std::optional<std::string> ReadFile(const std::string& path) {
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"),
-                                                             &std::fclose);
+std::optional<scenario::Scenario> Load(const scenario::Language& language, const std::string& path,
+                                       const scenario::Counters& definitions) {
+  if (path == "-" && isatty(STDIN_FILENO))
+    std::cerr << "softcard: reading a scenario from the terminal; Ctrl-D ends it\n";
   std::string text;
-  char buffer[65536];
-  for (std::size_t size = 1; file != nullptr && size > 0; text.append(buffer, size)) {
-    size = std::fread(buffer, 1, sizeof buffer, file.get());
+  try {
+    text = scenario::ReadFile(path);
+  } catch (const std::runtime_error& error) {
+    std::cerr << "softcard: " << error.what() << '\n';
+    return std::nullopt;
   }
-  if (file != nullptr && std::ferror(file.get()) == 0) return text;
-
-  const int reason = errno;
-  std::cerr << "softcard: cannot read " << path << ": " << std::strerror(reason) << "; "
-            << (reason == EISDIR   ? "name a scenario file in it"
-                : reason == EACCES ? "make the file readable"
-                                   : "check the path, or use - for standard input")
-            << '\n';
+  const std::string name = path == "-" ? "standard input" : path;
+  scenario::ParsedScenario parsed = scenario::ParseScenario(language, name, std::move(text), definitions);
+  if (parsed.complaints.empty()) return std::move(parsed.scenario);
+  for (const scenario::Complaint& complaint : parsed.complaints) std::cerr << complaint.Text();
+  if (parsed.more_complaints > 0) std::cerr << "softcard: and " << parsed.more_complaints << " more errors\n";
+  std::cerr << "softcard: " << scenario::Printable(name) << " is unusable; nothing of it was run\n";
   return std::nullopt;
 }
 
-}  // namespace
-
-std::optional<scenario::Scenario> Load(const scenario::Language& language, const std::string& path) {
-  auto text = ReadFile(path);
-  if (!text) return std::nullopt;
-  const std::string name = path == "-" ? "standard input" : path;
-  scenario::ParsedScenario parsed = scenario::ParseScenario(language, name, *std::move(text));
-  if (parsed.complaints.empty()) return std::move(parsed.scenario);
-  for (const scenario::Complaint& complaint : parsed.complaints) std::cerr << complaint.Text(name);
-  std::cerr << "softcard: " << name << " is unusable; nothing of it was run\n";
-  return std::nullopt;
+std::optional<std::vector<std::string>> Scenarios(const std::vector<std::string>& paths) {
+  namespace fs = std::filesystem;
+  std::vector<std::string> scenarios;
+  for (const std::string& path : paths) {
+    std::error_code error;
+    if (!fs::is_directory(path, error)) {
+      scenarios.push_back(path);
+      continue;
+    }
+    std::vector<std::string> found;
+    for (fs::recursive_directory_iterator entry(path, error), end; !error && entry != end; entry.increment(error)) {
+      if (entry->path().extension() == ".scn") found.push_back(entry->path().string());
+    }
+    if (found.empty()) {
+      std::cerr << "softcard: there is no *.scn file in " << scenario::Printable(path)
+                << (error ? ": " + error.message() : "; name a scenario or another directory") << '\n';
+      return std::nullopt;
+    }
+    std::sort(found.begin(), found.end());
+    scenarios.insert(scenarios.end(), found.begin(), found.end());
+  }
+  return scenarios;
 }
 
 }  // namespace console

@@ -1,14 +1,18 @@
 #include "console/TextPrinter.h"
 
+#include <charconv>
 #include <ostream>
 #include <variant>
 
+#include "scenario/Suggestion.h"
 #include "scenario/Tokens.h"
 
 namespace console {
 namespace {
 
+using scenario::Printable;
 using scenario::RequestResult;
+using scenario::RoundText;
 using scenario::Step;
 using scenario::Trace;
 using scenario::TraceLine;
@@ -36,17 +40,35 @@ const char* ColourOf(const TraceLine& line) {
   return kCyan;
 }
 
-std::string Word(const std::string& text, std::size_t index) {
+/// The number that is a request's second word; -1 when it is none.
+long long IdOf(const std::string& text) {
   scenario::Texts texts;
   const auto words = scenario::Tokenize(text, texts);
-  return index < words.size() ? std::string(words[index].text) : "";
+  long long id = -1;
+  if (words.size() > 1) std::from_chars(words[1].text.data(), words[1].text.data() + words[1].text.size(), id);
+  return id;
 }
+
+/// Why a request does not return 0: the last line that the module logged about it, but for its progress; the last call
+/// that was refused when there is none.
+std::string ReasonOf(const Trace& trace) {
+  constexpr int kProgress = 7;
+  std::string log, call;
+  for (const TraceLine& line : trace.lines) {
+    if (line.kind() == TraceLine::Kind::kLog) {
+      if (std::get<calls::LogLine>(std::get<calls::Event>(line.what)).level < kProgress) log = line.Text();
+    } else if (line.kind() == TraceLine::Kind::kCall && calls::IsRefused(std::get<calls::Event>(line.what))) {
+      call = line.Text();
+    }
+  }
+  return log.empty() ? call : log;
+}
+
+}  // namespace
 
 std::string Counted(unsigned long count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
-
-}  // namespace
 
 void TextPrinter::Took(const Step& step) {
   std::visit([&](const auto& content) { Print(step, content); }, step.content);
@@ -77,7 +99,7 @@ void TextPrinter::PrintPacket(const Step& step, const Trace& trace) {
 }
 
 void TextPrinter::PrintRequest(const Step& step, const Trace& trace) {
-  if (detail_ == Detail::kRequests) Fold(step.Text(), trace.result);
+  if (detail_ == Detail::kRequests) Fold(step, trace);
   if (detail_ != Detail::kCalls) return;
   out_ << '\n' << Paint(kBold, step.Text()) << '\n';
   PrintLines(trace);
@@ -119,12 +141,21 @@ void TextPrinter::Print(const Step& step, const scenario::Checked& checked) {
     return;
   }
   PrintRow();
-  out_ << Paint(kRed, step.file + ":" + std::to_string(step.line) + ": failed: ") << step.Text() << '\n';
-  for (const std::string& line : *checked.failure) out_ << "    " << line << '\n';
+  if (++failures_ > max_failures_ && max_failures_ > 0) return;
+  out_ << Paint(kRed, step.file + ":" + std::to_string(step.line) + ": failed: ") << Printable(step.Text()) << '\n';
+  if (!step.rounds.empty()) out_ << "    with " << RoundText(step.rounds) << '\n';
+  if (checked.request_line != 0 && checked.request_line != step.line) {
+    out_ << "    after line " << checked.request_line << ": " << Printable(checked.request) << '\n';
+  }
+  for (const std::string& line : *checked.failure) out_ << "    " << Printable(line) << '\n';
 }
 
 void TextPrinter::Ended(const std::string& file, const scenario::Tally& tally) {
   PrintRow();
+  if (failures_ > max_failures_ && max_failures_ > 0) {
+    out_ << Paint(kRed, "and " + Counted(failures_ - max_failures_, "more failure")) << '\n';
+  }
+  failures_ = 0;
   if (detail_ != Detail::kFailures) out_ << '\n';
   const std::string sum = file + ": " + Counted(tally.requests, "request") + ", " +
                           Counted(tally.expectations, "expectation") + ", " + std::to_string(tally.failed) + " failed";
@@ -132,7 +163,7 @@ void TextPrinter::Ended(const std::string& file, const scenario::Tally& tally) {
 }
 
 std::string TextPrinter::Paint(const char* colour, const std::string& text) const {
-  return colour_ && *colour != '\0' ? colour + text + "\033[0m" : text;
+  return colour_ && *colour != '\0' ? colour + Printable(text) + "\033[0m" : Printable(text);
 }
 
 std::string TextPrinter::PaintResult(const RequestResult& result) const {
@@ -140,22 +171,38 @@ std::string TextPrinter::PaintResult(const RequestResult& result) const {
   return Paint(good ? kGreen : kRed, "=> " + result.Text());
 }
 
-void TextPrinter::Fold(const std::string& text, const RequestResult& result) {
-  const std::string name = text.substr(0, text.find_first_of(" \t"));
-  const std::string shown = result.kind == RequestResult::Kind::kNone ? "" : " " + PaintResult(result);
-  if (row_.name != name || row_.result != shown) {
-    PrintRow();
-    row_ = {name, shown, text, "", 0};
+void TextPrinter::Fold(const Step& step, const Trace& trace) {
+  const std::string text = step.Text();
+  Row next{step.file, step.line, step.rounds, text, "", IdOf(text), 0, IdOf(text), 1};
+  if (!next.outer.empty()) next.outer.pop_back();
+  if (trace.result.kind != RequestResult::Kind::kNone) next.result = " " + PaintResult(trace.result);
+  if (!step.rounds.empty() && ContinuesRow(next)) {
+    row_.step = next.first - row_.last;
+    row_.last = next.first;
+    ++row_.count;
+    return;
   }
-  row_.last = text;
-  ++row_.count;
+  PrintRow();
+  row_ = std::move(next);
+  if (trace.result.kind == RequestResult::Kind::kNone || trace.result.Text() == "0") return;
+  const std::string reason = ReasonOf(trace);
+  PrintRow();
+  if (!reason.empty()) out_ << "    " << Paint(kRed, reason) << '\n';
+}
+
+bool TextPrinter::ContinuesRow(const Row& next) const {
+  return row_.count > 0 && row_.file == next.file && row_.line == next.line && row_.outer == next.outer &&
+         row_.result == next.result && (row_.count == 1 || next.first - row_.last == row_.step);
 }
 
 void TextPrinter::PrintRow() {
-  if (row_.count == 1) out_ << row_.first << row_.result << '\n';
+  if (row_.count == 1) out_ << Printable(row_.text) << row_.result << '\n';
   if (row_.count > 1) {
-    out_ << row_.name << ' ' << Word(row_.first, 1) << " ... " << Word(row_.last, 1) << " (" << row_.count
-         << " requests)" << row_.result << '\n';
+    out_ << row_.text.substr(0, row_.text.find_first_of(" \t"));
+    if (row_.first >= 0) out_ << ' ' << row_.first;
+    if (row_.step != 0) out_ << " ... " << row_.last;
+    if (row_.step != 0 && row_.step != 1) out_ << " step " << row_.step;
+    out_ << " (" << row_.count << " requests)" << row_.result << '\n';
   }
   row_ = {};
 }

@@ -14,21 +14,31 @@ enum class Detail {
   kCalls,     ///< calls and log lines of each request
 };
 
+/// "1 request", "2 requests".
+std::string Counted(unsigned long count, const std::string& noun);
+
 /// Writes what a run has to tell, for people.
 class TextPrinter : public scenario::Observer {
  public:
-  TextPrinter(std::ostream& out, Detail detail, bool colour) : out_(out), detail_(detail), colour_(colour) {}
+  /// Of more than `max_failures` only the number is told; 0: all are.
+  TextPrinter(std::ostream& out, Detail detail, bool colour, unsigned long max_failures = 0)
+      : out_(out), detail_(detail), colour_(colour), max_failures_(max_failures) {}
 
   void Took(const scenario::Step& step) override;
   void Ended(const std::string& file, const scenario::Tally& tally) override;
 
  private:
-  /// Requests of one kind and with one result that followed each other.
+  /// Requests of one line that followed each other in rounds of the loop around it, returned 0, and whose ids are a
+  /// range.
   struct Row {
-    std::string name;
+    std::string file;
+    unsigned line = 0;
+    scenario::Counters outer;  ///< rounds of the loops around that loop
+    std::string text;          ///< of the first one
     std::string result;
-    std::string first;
-    std::string last;
+    long long first = 0;
+    long long step = 0;
+    long long last = 0;
     unsigned long count = 0;
   };
 
@@ -48,11 +58,14 @@ class TextPrinter : public scenario::Observer {
   std::string Paint(const char* colour, const std::string& text) const;
   std::string PaintResult(const scenario::RequestResult& result) const;
   void PrintRow();
-  void Fold(const std::string& text, const scenario::RequestResult& result);
+  void Fold(const scenario::Step& step, const scenario::Trace& trace);
+  bool ContinuesRow(const Row& next) const;
 
   std::ostream& out_;
   Detail detail_;
   bool colour_;
+  unsigned long max_failures_;
+  unsigned long failures_ = 0;
   Row row_;
 };
 

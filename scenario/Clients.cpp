@@ -60,7 +60,7 @@ std::string TextOf(const Words& words) {
   std::string text;
   for (const Token& word : words) {
     text += text.empty() ? "" : " ";
-    text += word.quoted ? Quoted(word.text) : std::string(word.text);
+    text += word.quoted ? '"' + std::string(word.text) + '"' : std::string(word.text);
   }
   return text;
 }
@@ -107,6 +107,7 @@ Action ReadClient(const Fields& fields, const Language& language, const Surround
   const std::string& usage = fields.form().usage();
   if (words.size() < 2) throw SyntaxError{fields.name().offset, "\"client\" needs a name and what it does", usage};
   UpdateClient client{std::string(words[0].text), {}, "", {}};
+  around.clients.insert(client.name);
   const Token& behaviour = words[1];
   const Words what(words.begin() + 1, words.end());
   if (behaviour.text == "calls") {

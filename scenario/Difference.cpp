@@ -2,12 +2,18 @@
 
 #include <algorithm>
 
+#include "calls/Event.h"
 #include "calls/Pattern.h"
 
 namespace scenario {
 
+bool Fits(const std::string& pattern, const std::string& line) {
+  const std::string_view unmarked = calls::Unmarked(line);
+  return calls::Matches(pattern, line) || (unmarked.size() < line.size() && calls::Matches(pattern, unmarked));
+}
+
 bool Match(const std::vector<std::string>& patterns, const std::vector<std::string>& lines) {
-  return std::equal(patterns.begin(), patterns.end(), lines.begin(), lines.end(), calls::Matches);
+  return std::equal(patterns.begin(), patterns.end(), lines.begin(), lines.end(), Fits);
 }
 
 std::vector<std::string> Difference(const std::vector<std::string>& patterns, const std::vector<std::string>& lines) {
@@ -20,13 +26,13 @@ std::vector<std::string> Difference(const std::vector<std::string>& patterns, co
   std::vector<std::vector<unsigned>> common(aligned ? rows + 1 : 0, std::vector<unsigned>(columns + 1));
   for (std::size_t i = aligned ? rows : 0; i-- > 0;) {
     for (std::size_t j = columns; j-- > 0;) {
-      common[i][j] = calls::Matches(patterns[i], lines[j]) ? common[i + 1][j + 1] + 1
-                                                           : std::max(common[i + 1][j], common[i][j + 1]);
+      common[i][j] =
+          Fits(patterns[i], lines[j]) ? common[i + 1][j + 1] + 1 : std::max(common[i + 1][j], common[i][j + 1]);
     }
   }
   std::vector<std::string> difference;
   for (std::size_t i = 0, j = 0; i < rows || j < columns;) {
-    if (i < rows && j < columns && calls::Matches(patterns[i], lines[j])) {
+    if (i < rows && j < columns && Fits(patterns[i], lines[j])) {
       difference.push_back("  " + lines[j++]);
       ++i;
     } else if (j == columns || (i < rows && (!aligned || common[i + 1][j] >= common[i][j + 1]))) {

@@ -6,6 +6,9 @@
 
 namespace scenario {
 
+/// Whether a line is what the pattern says, with the mark of an injected result or without.
+bool Fits(const std::string& pattern, const std::string& line);
+
 /// Whether every pattern matches the line at its place and there are no other lines.
 bool Match(const std::vector<std::string>& patterns, const std::vector<std::string>& lines);
 

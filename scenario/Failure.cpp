@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "calls/Pattern.h"
 #include "scenario/Difference.h"
 #include "scenario/Suggestion.h"
 
@@ -26,7 +25,7 @@ std::optional<Failure> UnlessEqual(const Lines& expected, const Lines& found) {
 std::optional<Failure> Among(const Lines& found, const std::string& pattern, const std::string& what, bool negated) {
   Lines fitting;
   std::copy_if(found.begin(), found.end(), std::back_inserter(fitting),
-               [&](const std::string& line) { return calls::Matches(pattern, line); });
+               [&](const std::string& line) { return Fits(pattern, line); });
   const std::string that = pattern == "*" ? what : what + " " + Quoted(pattern);
   return negated ? Unless(fitting.empty(), "no " + that, fitting) : Unless(!fitting.empty(), that, found);
 }

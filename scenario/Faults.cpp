@@ -9,10 +9,12 @@ namespace scenario {
 namespace {
 
 using When = PlannedFault::When;
+constexpr unsigned kEvery = 0;
 
 PlannedFault ReadFault(const Fields& fields) {
-  const auto number = [](const Token& word) {
-    return static_cast<unsigned long>(ToNumber(word, "number of a call", 1, std::numeric_limits<unsigned>::max()));
+  const auto number = [](const Token& word, const Names& names = {}) {
+    constexpr long long kMost = std::numeric_limits<unsigned>::max();
+    return static_cast<unsigned long>(ToNumber(word, "number of a call", 1, kMost, names));
   };
   const Token* nth = fields.Find("nth");
   const Token* call = fields.Find("call");
@@ -20,28 +22,29 @@ PlannedFault ReadFault(const Fields& fields) {
     throw SyntaxError{fields.name().offset, "\"fail\" needs either FUNCTION or call=N", fields.form().usage()};
   }
   PlannedFault fault;
-  fault.result = ToStatus(*fields.Find("result"), "status");
+  const Token& result = *fields.Find("result");
   if (call != nullptr) {
     if (nth != nullptr) throw SyntaxError{nth->offset, "nth= counts the calls of a function; with call= leave it out"};
     fault.when = When::kNumbered;
     fault.number = number(*call);
+    fault.result = ToResult(result, nullptr);
     return fault;
   }
-  fault.function = ToFunctionWithResult(fields.words()[0]);
-  if (nth != nullptr && nth->text == "every") {
-    fault.when = When::kEvery;
-  } else if (nth != nullptr) {
-    fault.number = number(*nth);
-  }
+  const calls::Function* const function = ToFunctionWithResult(fields.words()[0]);
+  fault.function = function->name;
+  fault.result = ToResult(result, function);
+  if (nth != nullptr) fault.number = number(*nth, {{"every", kEvery}});
+  if (fault.number == kEvery) fault.when = When::kEvery;
   return fault;
 }
 
-void Plan(const PlannedFault& fault, softcard::FaultPlan& faults) {
+std::size_t Plan(const PlannedFault& fault, softcard::FaultPlan& faults) {
   switch (fault.when) {
-    case When::kNth: faults.FailNth(fault.function, fault.number, fault.result); break;
-    case When::kEvery: faults.FailEvery(fault.function, fault.result); break;
-    case When::kNumbered: faults.FailCallNumber(fault.number, fault.result); break;
+    case When::kNth: return faults.FailNth(fault.function, fault.number, fault.result);
+    case When::kEvery: return faults.FailEvery(fault.function, fault.result);
+    case When::kNumbered: break;
   }
+  return faults.FailCallNumber(fault.number, fault.result);
 }
 
 }  // namespace
@@ -51,8 +54,9 @@ void AddFaults(Language& language) {
                "Makes a call of a platform function from here on return this; the next one without nth= or call=",
                Kind::kPlan, [](const Fields& fields, const Surroundings&) {
                  return [fault = ReadFault(fields)](Run& run) {
-                   Plan(fault, run.card.faults());
-                   return fault;
+                   PlannedFault planned = fault;
+                   planned.id = Plan(fault, run.card.faults());
+                   return planned;
                  };
                });
   language.Add("clear-faults", "", "Takes back every planned fault", Kind::kPlan,

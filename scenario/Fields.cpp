@@ -14,6 +14,14 @@ std::string SuggestKey(std::string_view key, const Form& form) {
   return keys.empty() ? "" : Suggest(key, keys);
 }
 
+/// For a text or a call that was pasted as it is.
+std::string SuggestQuotes(const Form& form) {
+  for (const Form::Part& part : form.parts()) {
+    if (part.value == "TEXT" || part.value == "CALL") return "; quotes keep a " + part.value + " together";
+  }
+  return "";
+}
+
 }  // namespace
 
 Fields::Fields(const Form& form, const std::vector<Token>& words, std::size_t from) : form_(form), name_(words[0]) {
@@ -35,15 +43,17 @@ void Fields::Take(const Token& word) {
   const std::size_t equals = as_it_is ? std::string_view::npos : word.text.find('=');
   if (equals == std::string_view::npos) {
     if (words_.size() >= form_.most_words() && !form_.has_alternatives()) {
-      throw SyntaxError{word.offset, "unexpected " + Quoted(word.text), form_.usage()};
+      throw SyntaxError{word.offset, "unexpected " + Quoted(word.text) + SuggestQuotes(form_), form_.usage()};
     }
     words_.push_back(word);
     return;
   }
   const std::string_view key = word.text.substr(0, equals);
   if (form_.Find(key) == nullptr) {
-    throw SyntaxError{word.offset, Quoted(form_.name()) + " has no field " + Quoted(key) + SuggestKey(key, form_),
-                      form_.usage()};
+    throw SyntaxError{
+        word.offset,
+        Quoted(form_.name()) + " has no field " + Quoted(key) + SuggestKey(key, form_) + SuggestQuotes(form_),
+        form_.usage()};
   }
   if (Find(key) != nullptr) throw SyntaxError{word.offset, std::string(key) + "= is given twice", form_.usage()};
   values_.emplace_back(key, Behind(word, equals + 1));

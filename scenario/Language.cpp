@@ -48,7 +48,7 @@ ReadStatement Language::Read(const std::vector<Token>& words, const Surroundings
     throw SyntaxError{words[0].offset, "unknown request " + Quoted(words[0].text) + Suggest(words[0].text, names)};
   }
   if (statement->kind == Kind::kExpectation) return ReadExpectation(words, surroundings);
-  return {statement->kind, false, statement->read(Fields(statement->form, words, 1), surroundings)};
+  return {statement->kind, {}, statement->read(Fields(statement->form, words, 1), surroundings)};
 }
 
 ReadStatement Language::ReadExpectation(const std::vector<Token>& words, const Surroundings& surroundings) const {
@@ -66,9 +66,8 @@ ReadStatement Language::ReadExpectation(const std::vector<Token>& words, const S
                                             Suggest(words[at].text, names)};
   }
   const Fields fields(negated ? expectation->no_form : expectation->form, words, at + 1);
-  Check check = expectation->read(fields, {surroundings.card, surroundings.block, negated});
-  return {Kind::kExpectation, expectation->about == Expectation::About::kResult,
-          [check = std::move(check)](Run& run) { return Checked{check(run)}; }};
+  Check check = expectation->read(fields, {surroundings.card, surroundings.block, surroundings.clients, negated});
+  return {Kind::kExpectation, expectation->about, [check = std::move(check)](Run& run) { return Checked{check(run)}; }};
 }
 
 }  // namespace scenario

@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -27,6 +28,7 @@ using Check = std::function<std::optional<Failure>(const Run&)>;
 struct Surroundings {
   const softcard::CardDescription& card;
   const std::vector<std::string>& block;  ///< the lines up to its `end`
+  std::set<std::string>& clients;         ///< that the lines so far have registered
   bool negated = false;                   ///< "expect no ..."
 };
 
@@ -43,7 +45,7 @@ struct Statement {
 /// What `expect` is followed by.
 struct Expectation {
   using Read = std::function<Check(const Fields&, const Surroundings&)>;
-  enum class About { kRequest, kResult, kCard };
+  enum class About { kRequest, kResult, kPacket, kCard };
   enum Traits { kPlain = 0, kNegatable = 1, kHasBlock = 2 };
 
   std::string name;
@@ -59,7 +61,7 @@ struct Expectation {
 /// A line that has been read.
 struct ReadStatement {
   Kind kind{};
-  bool about_result = false;  ///< it needs a request with a result before it
+  std::optional<Expectation::About> about{};  ///< of an expectation
   Action action;
 };
 

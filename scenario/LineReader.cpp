@@ -1,16 +1,28 @@
 #include "scenario/LineReader.h"
 
+#include "scenario/Suggestion.h"
+
 namespace scenario {
 
 const ReadStatement& LineReader::Read(const SourceLine& line, const Counters& rounds) {
-  if (line.counts) return last_ = language_.Read(Words(line, rounds), {card_, Block(line, rounds)});
+  if (line.counts) return last_ = language_.Read(Words(line, rounds), {card_, Block(line, rounds), clients_});
   auto kept = kept_.find(&line);
-  if (kept == kept_.end()) kept = kept_.emplace(&line, language_.Read(line.words, {card_, Block(line, rounds)})).first;
+  if (kept == kept_.end())
+    kept = kept_.emplace(&line, language_.Read(line.words, {card_, Block(line, rounds), clients_})).first;
   return kept->second;
 }
 
 Loop LineReader::ReadLoop(const SourceLine& line, const Counters& rounds) {
-  return scenario::ReadLoop(Words(line, rounds), language_.Find(line.words[0].text)->form);
+  Loop loop = scenario::ReadLoop(Words(line, rounds), language_.Find(line.words[0].text)->form);
+  for (const auto& [name, value] : rounds) {
+    if (name != loop.counter) continue;
+    throw SyntaxError{line.words[1].offset, Quoted(name) + " is a name already, of a loop around this one or of -D"};
+  }
+  return loop;
+}
+
+softcard::CardDescription LineReader::ReadCard(const SourceLine& line, const Counters& rounds) {
+  return scenario::ReadCard(Fields(language_.Find(line.words[0].text)->form, Words(line, rounds), 1));
 }
 
 const std::vector<Token>& LineReader::Words(const SourceLine& line, const Counters& rounds) {

@@ -21,6 +21,7 @@ class LineReader {
   /// Valid until the next line is read. Throws SyntaxError.
   const ReadStatement& Read(const SourceLine& line, const Counters& rounds);
   Loop ReadLoop(const SourceLine& line, const Counters& rounds);
+  softcard::CardDescription ReadCard(const SourceLine& line, const Counters& rounds);
 
  private:
   const std::vector<Token>& Words(const SourceLine& line, const Counters& rounds);
@@ -28,6 +29,7 @@ class LineReader {
 
   const Language& language_;
   const softcard::CardDescription& card_;
+  std::set<std::string> clients_;
   std::unordered_map<const SourceLine*, ReadStatement> kept_;
   ReadStatement last_;
   std::vector<Token> words_;

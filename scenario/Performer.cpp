@@ -1,6 +1,7 @@
 #include "scenario/Performer.h"
 
 #include <exception>
+#include <stdexcept>
 #include <utility>
 
 #include "HalL3MplsEncapsulationInterface.h"
@@ -28,7 +29,7 @@ Trace Performer::Start() {
 }
 
 Trace Performer::Perform(const Work& request) {
-  if (under_way_) return {{}, {}, request()};
+  if (under_way_) return {{}, {}, request(), false};
   under_way_ = true;
   card_.log().Clear();
   trace_ = {};
@@ -39,7 +40,7 @@ Trace Performer::Perform(const Work& request) {
   }
   CollectEvents();
   under_way_ = false;
-  depth_ = 0;
+  depth_ = client_requests_ = 0;
   calling_.clear();
   return std::move(trace_);
 }
@@ -60,6 +61,11 @@ void Performer::Note(const std::string& text) {
 }
 
 RequestResult Performer::Deeper(const Work& request) {
+  if (++client_requests_ > kMostClientRequests) {
+    trace_.clients_went_on = true;
+    throw std::runtime_error("update clients may make " + std::to_string(kMostClientRequests) +
+                             " requests inside one request");
+  }
   ++depth_;
   RequestResult result = request();
   CollectEvents();

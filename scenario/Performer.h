@@ -19,6 +19,9 @@ class Performer {
   Performer(const Performer&) = delete;
   Performer& operator=(const Performer&) = delete;
 
+  /// That update clients may make inside one request; the next one throws instead.
+  static constexpr unsigned kMostClientRequests = 1000;
+
   using Work = std::function<RequestResult()>;
 
   /// Obtains the module, which starts it the first time in a process.
@@ -47,6 +50,7 @@ class Performer {
   softcard::Card& card_;
   Trace trace_;
   bool under_way_ = false;
+  unsigned client_requests_ = 0;   ///< inside the request under way
   unsigned depth_ = 0;             ///< callbacks that are making requests
   std::set<std::string> calling_;  ///< the clients whose callbacks these are
   std::set<std::string> clients_;

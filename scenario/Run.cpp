@@ -3,29 +3,39 @@
 #include <utility>
 #include <variant>
 
+#include "scenario/Failure.h"
 #include "scenario/LineReader.h"
 #include "scenario/Structure.h"
+#include "scenario/WaitingFaults.h"
 
 namespace scenario {
 namespace {
 
+const Failure kClientsWentOn = {"update clients made more than " + std::to_string(Performer::kMostClientRequests) +
+                                " requests inside this one"};
+
 /// Does each statement in its turn.
 class Runner {
  public:
-  Runner(const Scenario& scenario, softcard::Card& card, Accesses accesses, Observer& observer)
+  Runner(const Scenario& scenario, softcard::Card& card, const Options& options, Observer& observer)
       : scenario_(scenario),
+        strict_(options.strict),
         observer_(observer),
-        recorded_(card.log(), accesses == Accesses::kRecorded ? Recording::kAll : Recording::kCalls),
+        recorded_(card.log(), options.accesses ? Recording::kAll : Recording::kCalls),
         performer_(card),
         run_{card, performer_},
-        reader_(*scenario.language, scenario.card) {
+        reader_(*scenario.language, scenario.card),
+        rounds_(scenario.definitions) {
     card.Reset(scenario.card);
   }
 
   Tally DoAll() {
     static const SourceLine kBeforeTheFirst{};
-    if (!scenario_.starts_itself) Tell(kBeforeTheFirst, Kind::kStart, performer_.Start());
+    if (!scenario_.starts_itself) Tell({&kBeforeTheFirst, {}}, Kind::kStart, performer_.Start());
     Do(scenario_.lines);
+    EndRequest();
+    for (const auto& [place, failure] : faults_.NotHappened(run_.card.faults()))
+      Tell(place, Kind::kPlan, Failed(failure));
     observer_.Ended(scenario_.file, tally_);
     return tally_;
   }
@@ -52,20 +62,58 @@ class Runner {
 
   void Do(const SourceLine& line) {
     const ReadStatement& statement = reader_.Read(line, rounds_);
-    Tell(line, statement.kind, statement.action(run_));
+    if (statement.about == Expectation::About::kResult) result_is_expected_ = true;
+    const Kind kind = statement.kind;
+    Content content = statement.action(run_);
+    if (std::holds_alternative<Trace>(content)) EndRequest();
+    if (const auto* fault = std::get_if<PlannedFault>(&content)) {
+      faults_.Add(*fault, {&line, rounds_}, run_.card.faults());
+    }
+    Tell({&line, rounds_}, kind, std::move(content));
   }
 
-  void Tell(const SourceLine& line, Kind kind, Content content) {
-    Count(line, kind, content);
-    observer_.Took({scenario_.file, line.number, rounds_, line.statement, kind, content});
-    if (auto* trace = std::get_if<Trace>(&content)) run_.last = std::move(*trace);
+  /// Nothing follows that could expect its result.
+  void EndRequest() {
+    const RequestResult& result = run_.last.result;
+    const bool good = result.kind == RequestResult::Kind::kNone ||
+                      (result.kind == RequestResult::Kind::kNumber && result.number == 0);
+    if (strict_ && !good && !result_is_expected_) {
+      Tell(Place(request_), Kind::kRequest,
+           Failed(*Unless(false, "0, as no line expects another result", {result.Text()})));
+    }
+    result_is_expected_ = false;
   }
 
-  void Count(const SourceLine& line, Kind kind, const Content& content) {
+  static Checked Failed(const Failure& failure) { return {failure}; }
+
+  void Tell(const Place& place, Kind kind, Content content) {
+    Count(place, kind, content);
+    if (auto* checked = std::get_if<Checked>(&content);
+        kind == Kind::kExpectation && checked != nullptr && checked->failure) {
+      checked->request_line = request_.line->number;
+      checked->request = StepAt(request_, kind, content).Text();
+    }
+    observer_.Took(StepAt(place, kind, content));
+    if (auto* trace = std::get_if<Trace>(&content)) {
+      run_.last = std::move(*trace);
+      request_ = place;
+      if (run_.last.clients_went_on) Tell(Place(place), Kind::kRequest, Failed(kClientsWentOn));
+    }
+  }
+
+  static const std::string& FileOf(const Scenario& scenario, const SourceLine& line) {
+    return line.file == nullptr ? scenario.file : *line.file;
+  }
+
+  Step StepAt(const Place& place, Kind kind, const Content& content) const {
+    return {FileOf(scenario_, *place.line), place.line->number, place.rounds, place.line->statement, kind, content};
+  }
+
+  void Count(const Place& place, Kind kind, const Content& content) {
     if (const auto* checked = std::get_if<Checked>(&content)) {
-      ++tally_.expectations;
+      if (kind == Kind::kExpectation) ++tally_.expectations;
       if (checked->failure) ++tally_.failed;
-    } else if (line.number > 0 && (kind == Kind::kStart || kind == Kind::kRequest || kind == Kind::kClient)) {
+    } else if (place.line->number > 0 && (kind == Kind::kStart || kind == Kind::kRequest || kind == Kind::kClient)) {
       ++tally_.requests;
     }
   }
@@ -73,6 +121,7 @@ class Runner {
   using Recording = softcard::CallLog::Recording;
 
   const Scenario& scenario_;
+  const bool strict_;
   Observer& observer_;
   const softcard::Record recorded_;
   Performer performer_;
@@ -80,6 +129,9 @@ class Runner {
   LineReader reader_;
   Counters rounds_;
   Tally tally_;
+  WaitingFaults faults_;
+  Place request_;  ///< of the last request or packet
+  bool result_is_expected_ = false;
 };
 
 }  // namespace
@@ -90,8 +142,8 @@ std::string Step::Text() const {
   return text;
 }
 
-Tally RunScenario(const Scenario& scenario, softcard::Card& card, Accesses accesses, Observer& observer) {
-  return Runner(scenario, card, accesses, observer).DoAll();
+Tally RunScenario(const Scenario& scenario, softcard::Card& card, const Options& options, Observer& observer) {
+  return Runner(scenario, card, options, observer).DoAll();
 }
 
 }  // namespace scenario

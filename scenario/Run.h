@@ -16,13 +16,16 @@ struct Run {
   Trace last{};  ///< of the last request or packet, before the first one of the module's start
 };
 
-/// Whether the calls of a run are recorded with what the module looks at.
-enum class Accesses { kLeftOut, kRecorded };
+struct Options {
+  bool accesses = false;  ///< calls are recorded with what the module looks at
+  bool strict = false;    ///< a request that does not return 0 fails, unless an expectation asks for its result
+};
 
 /// Runs a scenario on the card, which is emptied before, and tells the observer each step. What the module keeps for
 /// the whole process stays: it starts in the first run only, and says of a client of an earlier run that it is
 /// registered already.
-Tally RunScenario(const Scenario& scenario, softcard::Card& card, Accesses accesses, Observer& observer);
+/// At its end a planned fault that has not happened is a failure.
+Tally RunScenario(const Scenario& scenario, softcard::Card& card, const Options& options, Observer& observer);
 
 }  // namespace scenario
 

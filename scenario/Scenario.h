@@ -1,7 +1,7 @@
 #ifndef SCENARIO_SCENARIO_H
 #define SCENARIO_SCENARIO_H
 
-#include <memory>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -14,7 +14,8 @@ namespace scenario {
 struct Scenario {
   std::string file;  ///< the name that messages show
   const Language* language = nullptr;
-  std::unique_ptr<SourceText> text;  ///< what the lines refer to
+  std::deque<SourceText> texts;  ///< what the lines refer to
+  Counters definitions;          ///< names that have the same value in all lines
   softcard::CardDescription card;
   bool starts_itself = false;  ///< a line says `start`
   std::vector<SourceLine> lines;
@@ -22,23 +23,27 @@ struct Scenario {
 
 /// What makes a scenario unusable.
 struct Complaint {
+  std::string file;
   unsigned line;
   unsigned column;  ///< in characters, from 1
   std::string message;
   std::string usage;
-  std::string source;  ///< the line
+  std::string source;  ///< the line, of a long one what is around the place
+  std::size_t offset;  ///< of the place in `source`
 
   /// "FILE:LINE:COLUMN: error: MESSAGE", the source line with a caret below the place, and the usage.
-  std::string Text(const std::string& file) const;
+  std::string Text() const;
 };
 
 struct ParsedScenario {
   Scenario scenario;
   std::vector<Complaint> complaints;  ///< not empty: the scenario is unusable
+  std::size_t more_complaints = 0;    ///< that are not among them, as nobody reads so many
 };
 
 /// Reads a whole scenario and checks every line in every round of its loops. The language is to outlive the scenario.
-ParsedScenario ParseScenario(const Language& language, const std::string& file, std::string text);
+ParsedScenario ParseScenario(const Language& language, const std::string& file, std::string text,
+                             const Counters& definitions = {});
 
 }  // namespace scenario
 

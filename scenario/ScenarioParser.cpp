@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <set>
+#include <tuple>
 
 #include "scenario/LineReader.h"
 #include "scenario/Scenario.h"
@@ -8,6 +9,8 @@
 namespace scenario {
 namespace {
 
+using About = Expectation::About;
+
 constexpr std::size_t kMaxComplaints = 20;
 constexpr std::size_t kMaxStatements = 4'000'000;
 
@@ -15,11 +18,14 @@ constexpr std::size_t kMaxStatements = 4'000'000;
 class Checker {
  public:
   Checker(Scenario& scenario, const Report& report)
-      : scenario_(scenario), report_(report), reader_(*scenario.language, scenario.card) {}
+      : scenario_(scenario),
+        report_(report),
+        reader_(*scenario.language, scenario.card),
+        rounds_(scenario.definitions) {}
 
   void Check(const std::vector<SourceLine>& lines) {
     for (const SourceLine& line : lines) {
-      if (!unusable_.empty() && unusable_.count(line.number) != 0) continue;
+      if (!unusable_.empty() && unusable_.count(&line) != 0) continue;
       try {
         CheckLine(line);
       } catch (const SyntaxError& error) {
@@ -43,11 +49,11 @@ class Checker {
 
   void CheckCard(const SourceLine& line) {
     const Token& name = line.words[0];
-    if (!rounds_.empty() || statements_ > 0 || card_given_) {
+    if (rounds_.size() > scenario_.definitions.size() || statements_ > 0 || card_given_) {
       throw SyntaxError{name.offset, "\"card\" comes once, before everything else"};
     }
     card_given_ = true;
-    scenario_.card = ReadCard(Fields(scenario_.language->Find(name.text)->form, line.words, 1));
+    scenario_.card = reader_.ReadCard(line, rounds_);
   }
 
   void CheckLoop(const SourceLine& line) {
@@ -79,7 +85,7 @@ class Checker {
   /// Whether counters can be replaced in the line as a whole, which a step shows, and in each line of its block.
   bool CheckTexts(const SourceLine& line) {
     if (!line.counts) return true;
-    if (whole_.insert(line.number).second) {
+    if (whole_.insert(&line).second) {
       std::string text;
       Substitute({line.statement, 0}, rounds_, text);
     }
@@ -93,7 +99,7 @@ class Checker {
         good = false;
       }
     }
-    if (!good) unusable_.insert(line.number);
+    if (!good) unusable_.insert(&line);
     return good;
   }
 
@@ -109,7 +115,11 @@ class Checker {
         scenario_.starts_itself = true;
         break;
       case Kind::kExpectation:
-        if (statement.about_result && !has_result_ && unusable_.empty()) {
+        if (statement.about == About::kPacket && !is_packet_ && unusable_.empty()) {
+          throw SyntaxError{name.offset, last_request_.empty() ? "no packet comes before this expectation of its way"
+                                                               : Quoted(last_request_) + " sends no packet"};
+        }
+        if (statement.about == About::kResult && !has_result_ && unusable_.empty()) {
           throw SyntaxError{name.offset, last_request_.empty()
                                              ? "no request comes before this expectation of its result"
                                              : Quoted(last_request_) + " has no result"};
@@ -122,16 +132,13 @@ class Checker {
     }
     last_request_ = name.text;
     has_result_ = statement.kind == Kind::kRequest;
+    is_packet_ = statement.kind == Kind::kPacket;
   }
 
   /// Once is enough for a line of a loop.
   void Complain(const SourceLine& line, SyntaxError error) {
-    unusable_.insert(line.number);
-    std::string round;
-    for (const auto& [name, value] : rounds_) {
-      round += (round.empty() ? " (with " : ", ") + name + "=" + std::to_string(value);
-    }
-    if (!round.empty()) error.message += round + ")";
+    unusable_.insert(&line);
+    if (rounds_.size() > scenario_.definitions.size()) error.message += " (with " + RoundText(rounds_) + ")";
     report_(line, error);
   }
 
@@ -141,11 +148,12 @@ class Checker {
   Counters rounds_;
   bool card_given_ = false;
   std::size_t statements_ = 0;
-  std::size_t loop_rounds_ = 0;    ///< of all loops, empty ones too
-  std::set<unsigned> unusable_{};  ///< numbers of lines that were reported
-  std::set<unsigned> whole_{};     ///< numbers of lines that were looked at as a whole
+  std::size_t loop_rounds_ = 0;             ///< of all loops, empty ones too
+  std::set<const SourceLine*> unusable_{};  ///< lines that were reported
+  std::set<const SourceLine*> whole_{};     ///< lines that were looked at as a whole
   std::string_view last_request_;
   bool has_result_ = false;
+  bool is_packet_ = false;
 };
 
 /// The number of characters in UTF-8 text.
@@ -157,35 +165,40 @@ unsigned Characters(std::string_view text) {
 
 }  // namespace
 
-std::string Complaint::Text(const std::string& file) const {
+std::string Complaint::Text() const {
   // A tab before the place is a tab above the caret too, whatever its width.
   std::string indent;
-  for (unsigned characters = 1, i = 0; characters < column && i < source.size(); ++i) {
-    if ((static_cast<unsigned char>(source[i]) & 0xC0) == 0x80) continue;
-    indent += source[i] == '\t' ? '\t' : ' ';
-    ++characters;
+  for (const char c : Printable(std::string_view(source).substr(0, offset))) {
+    if ((static_cast<unsigned char>(c) & 0xC0) != 0x80) indent += c == '\t' ? '\t' : ' ';
   }
-  return file + ":" + std::to_string(line) + ":" + std::to_string(column) + ": error: " + message + "\n  " + source +
-         "\n  " + indent + "^\n" + (usage.empty() ? "" : "  usage: " + usage + "\n");
+  return Printable(file) + ":" + std::to_string(line) + ":" + std::to_string(column) + ": error: " + message + "\n  " +
+         Printable(source) + "\n  " + indent + "^\n" + (usage.empty() ? "" : "  usage: " + usage + "\n");
 }
 
-ParsedScenario ParseScenario(const Language& language, const std::string& file, std::string text) {
+ParsedScenario ParseScenario(const Language& language, const std::string& file, std::string text,
+                             const Counters& definitions) {
   ParsedScenario parsed;
   Scenario& scenario = parsed.scenario;
   const Report report = [&](const SourceLine& line, const SyntaxError& error) {
-    if (parsed.complaints.size() == kMaxComplaints) return;
-    std::string_view source = line.text;
-    if (!source.empty() && source.back() == '\r') source.remove_suffix(1);
-    parsed.complaints.push_back(
-        {line.number, Characters(source.substr(0, error.offset)) + 1, error.message, error.usage, std::string(source)});
+    if (parsed.complaints.size() == kMaxComplaints) {
+      ++parsed.more_complaints;
+      return;
+    }
+    constexpr std::size_t kBefore = 100, kShown = 300;
+    const std::size_t begin = line.text.size() > kShown && error.offset > kBefore ? error.offset - kBefore : 0;
+    parsed.complaints.push_back({*line.file, line.number, Characters(line.text.substr(0, error.offset)) + 1,
+                                 error.message, error.usage, std::string(line.text.substr(begin, kShown)),
+                                 error.offset - begin});
   };
   scenario.file = file;
   scenario.language = &language;
-  scenario.text = std::make_unique<SourceText>(SourceText{std::move(text), {}});
-  scenario.lines = ReadSource(language, *scenario.text, report);
+  scenario.definitions = definitions;
+  scenario.texts.push_back({file, std::move(text)});
+  scenario.lines = ReadSource(language, scenario.texts, report);
   Checker(scenario, report).Check(scenario.lines);
-  std::stable_sort(parsed.complaints.begin(), parsed.complaints.end(),
-                   [](const Complaint& a, const Complaint& b) { return a.line < b.line; });
+  std::stable_sort(parsed.complaints.begin(), parsed.complaints.end(), [](const Complaint& a, const Complaint& b) {
+    return std::tie(a.file, a.line) < std::tie(b.file, b.line);
+  });
   return parsed;
 }
 

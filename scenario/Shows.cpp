@@ -8,13 +8,7 @@ namespace {
 std::vector<std::string> ReadTables(const Fields& fields) {
   std::vector<std::string> tables;
   for (const Token& word : fields.words()) {
-    if (word.text == "all") {
-      for (const softcard::TableDescription* table : softcard::Card::TableDescriptions()) {
-        if (table->origin != softcard::Origin::kGiven) tables.emplace_back(table->name);
-      }
-    } else {
-      tables.push_back(ToTable(word));
-    }
+    for (std::string& table : ToTables(word)) tables.push_back(std::move(table));
   }
   return tables;
 }
@@ -30,8 +24,8 @@ void AddShows(Language& language) {
                    return shown;
                  };
                });
-  language.Add("say", "[TEXT]", "Prints a heading", Kind::kSay, [](const Fields& fields, const Surroundings&) {
-    return [said = Said{fields.Has(0) ? std::string(fields.words()[0].text) : ""}](Run&) { return said; };
+  language.Add("say", "TEXT", "Prints a heading", Kind::kSay, [](const Fields& fields, const Surroundings&) {
+    return [said = Said{std::string(fields.words()[0].text)}](Run&) { return said; };
   });
 }
 

@@ -1,7 +1,12 @@
 #include "scenario/SourceLine.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
 
+#include "scenario/SourceFile.h"
 #include "scenario/Suggestion.h"
 
 namespace scenario {
@@ -9,8 +14,15 @@ namespace {
 
 class Reader {
  public:
-  Reader(const Language& language, SourceText& text, const Report& report)
-      : language_(language), rest_(text.whole), texts_(text.words), report_(report) {
+  /// Reads the last of the texts. `path` is of the files that lead to it, each of which includes the next one.
+  Reader(const Language& language, std::deque<SourceText>& texts, std::vector<std::filesystem::path> path,
+         const Report& report)
+      : language_(language),
+        all_texts_(texts),
+        text_(texts.back()),
+        rest_(text_.whole),
+        path_(std::move(path)),
+        report_(report) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     if (rest_.substr(0, kByteOrderMark.size()) == kByteOrderMark) rest_.remove_prefix(kByteOrderMark.size());
   }
@@ -26,6 +38,10 @@ class Reader {
         if (line->words.size() > 1) Complain(*line, line->words[1], "nothing follows \"end\" on its line");
         if (opener != nullptr) return lines;
         Complain(*line, line->words[0], "there is no \"for\" or \"expect\" that this \"end\" ends");
+        continue;
+      }
+      if (line->kind == Kind::kInclude) {
+        Include(*line, lines);
         continue;
       }
       if (line->kind == Kind::kLoop) {
@@ -50,9 +66,9 @@ class Reader {
   /// The next line that is neither empty nor a comment.
   std::optional<SourceLine> Next() {
     while (!rest_.empty()) {
-      const std::size_t end = std::min(rest_.find('\n'), rest_.size());
-      SourceLine line{++number_, rest_.substr(0, end)};
-      rest_.remove_prefix(std::min(end + 1, rest_.size()));
+      const std::size_t end = std::min(rest_.find_first_of("\r\n"), rest_.size());
+      SourceLine line{&text_.file, ++number_, rest_.substr(0, end)};
+      rest_.remove_prefix(std::min(end + (rest_.substr(end, 2) == "\r\n" ? 2 : 1), rest_.size()));
       const std::string_view trimmed = Trim(line.text);
       if (!trimmed.empty() && trimmed[0] != '#') return line;
     }
@@ -71,12 +87,38 @@ class Reader {
       return true;
     }
     try {
-      line.words = Tokenize(line.text, texts_);
+      line.words = Tokenize(line.text, text_.words);
       line.statement = WithoutComment(line.text);
       return true;
     } catch (const SyntaxError& error) {
       report_(line, error);
       return false;
+    }
+  }
+
+  void Include(const SourceLine& line, std::vector<SourceLine>& lines) {
+    try {
+      const Fields fields(language_.Find(line.words[0].text)->form, line.words, 1);
+      const Token& name = fields.words()[0];
+      const std::filesystem::path file = std::filesystem::path(text_.file).parent_path() / name.text;
+      std::error_code none;
+      std::vector<std::filesystem::path> path = path_;
+      path.push_back(std::filesystem::weakly_canonical(file, none));
+      if (std::count(path.begin(), path.end(), path.back()) > 1) {
+        throw SyntaxError{name.offset, Quoted(file.string()) + " includes itself"};
+      }
+      std::size_t most = kMostSource;
+      for (const SourceText& text : all_texts_) most -= std::min(most, text.whole.size() + 1);
+      try {
+        all_texts_.push_back({file.string(), ReadFile(file.string(), most)});
+      } catch (const std::runtime_error& error) {
+        throw SyntaxError{name.offset, error.what()};
+      }
+      for (SourceLine& included : Reader(language_, all_texts_, path, report_).Statements(nullptr)) {
+        lines.push_back(std::move(included));
+      }
+    } catch (const SyntaxError& error) {
+      report_(line, error);
     }
   }
 
@@ -108,16 +150,20 @@ class Reader {
   }
 
   const Language& language_;
+  std::deque<SourceText>& all_texts_;
+  SourceText& text_;
   std::string_view rest_;
-  Texts& texts_;
+  const std::vector<std::filesystem::path> path_;
   const Report& report_;
   unsigned number_ = 0;
 };
 
 }  // namespace
 
-std::vector<SourceLine> ReadSource(const Language& language, SourceText& text, const Report& report) {
-  return Reader(language, text, report).Statements(nullptr);
+std::vector<SourceLine> ReadSource(const Language& language, std::deque<SourceText>& texts, const Report& report) {
+  std::error_code none;
+  return Reader(language, texts, {std::filesystem::weakly_canonical(texts.back().file, none)}, report)
+      .Statements(nullptr);
 }
 
 }  // namespace scenario

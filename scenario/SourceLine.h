@@ -1,6 +1,7 @@
 #ifndef SCENARIO_SOURCE_LINE_H
 #define SCENARIO_SOURCE_LINE_H
 
+#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
@@ -15,6 +16,7 @@ namespace scenario {
 
 /// A line that is not empty, with the lines between it and its `end`.
 struct SourceLine {
+  const std::string* file = nullptr;  ///< its name in messages
   unsigned number = 0;
   std::string_view text{};
   std::string_view statement{};  ///< without comment and the blanks around it
@@ -26,14 +28,16 @@ struct SourceLine {
 
 /// What lines refer to.
 struct SourceText {
+  std::string file;  ///< its name in messages
   std::string whole;
-  Texts words;  ///< those that do not stand in it as they are
+  Texts words{};  ///< those that do not stand in it as they are
 };
 
 using Report = std::function<void(const SourceLine&, const SyntaxError&)>;
 
-/// The lines of a scenario as they are nested: those of loops are statements, those of expectations one word each.
-std::vector<SourceLine> ReadSource(const Language& language, SourceText& text, const Report& report);
+/// The lines of the last text as they are nested: those of loops are statements, those of expectations one word each.
+/// Included files become texts, too, and their lines stand where they are included.
+std::vector<SourceLine> ReadSource(const Language& language, std::deque<SourceText>& texts, const Report& report);
 
 }  // namespace scenario
 

@@ -25,6 +25,7 @@ enum class Kind {
   kExpectation,
   kCard,
   kLoop,
+  kInclude,
   kEnd,
 };
 
@@ -48,6 +49,7 @@ struct PlannedFault {
   std::string function;
   unsigned long number = 1;
   int result = 0;
+  std::size_t id = 0;  ///< its number in the card's plan
 };
 
 struct ClearedFaults {};
@@ -59,8 +61,12 @@ struct Said {
 /// Why an expectation does not hold, a line each: "expected: ...", "found: ...".
 using Failure = std::vector<std::string>;
 
+/// An expectation; beside those that are written, that a planned fault happens and, in a strict run, that a request
+/// returns 0. The step of such a one is the statement that it is about.
 struct Checked {
   std::optional<Failure> failure;  ///< nothing: it holds
+  unsigned request_line = 0;       ///< of the last request or packet when it fails; 0: there was none
+  std::string request{};           ///< as written, loop counters replaced
 };
 
 /// What a statement has to tell when it is done.
@@ -83,7 +89,7 @@ struct Step {
 struct Tally {
   unsigned long requests = 0;
   unsigned long expectations = 0;
-  unsigned long failed = 0;  ///< expectations
+  unsigned long failed = 0;  ///< expectations, faults that never happened and results that nothing expects
 };
 
 /// Is told what happens in a run.

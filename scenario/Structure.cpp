@@ -53,6 +53,8 @@ softcard::CardDescription ReadCard(const Fields& fields) {
 
 void AddStructure(Language& language) {
   language.Add("for", "COUNTER in FIRST..LAST", "Repeats the lines up to its end; $COUNTER is the round", Kind::kLoop);
+  language.Add("include", "FILE", "Stands for the lines of a file, whose name is relative to the including file",
+               Kind::kInclude);
   language.Add("end", "", "Ends a loop, or the lines of an expectation", Kind::kEnd);
   language.Add("card",
                "[ports=N] [lags=N] [vrfs=N] [vlans=N] [intfs=N] [egresses=N] [initiators=N] [unit=N] [slot=N] "

@@ -93,7 +93,6 @@ class Expression {
     while (end < text_.size() && is_name(text_[end])) ++end;
     const std::string_view name = text_.substr(position_, end - position_);
     if (name.empty()) Fail(depth_ > 0 ? "expected a number or a loop's counter" : "expected $COUNTER, $(...) or $$");
-    // From the innermost out: an inner counter hides an outer one of the same name.
     for (auto counter = counters_.rbegin(); counter != counters_.rend(); ++counter) {
       if (counter->first != name) continue;
       position_ += name.size();
@@ -105,7 +104,7 @@ class Expression {
   [[noreturn]] void FailAtName(std::string_view name) const {
     std::vector<std::string> names;
     for (auto counter = counters_.rbegin(); counter != counters_.rend(); ++counter) names.push_back(counter->first);
-    Fail("no loop around this line counts " + Quoted(name) +
+    Fail("no loop around this line counts " + Quoted(name) + ", and no -D defines it" +
          (names.empty() ? "; a dollar sign is $$" : Suggest(name, names)));
   }
 
@@ -123,6 +122,12 @@ class Expression {
 };
 
 }  // namespace
+
+std::string RoundText(const Counters& counters) {
+  std::string text;
+  for (const auto& [name, value] : counters) text += (text.empty() ? "" : ", ") + name + "=" + std::to_string(value);
+  return text;
+}
 
 void Substitute(const Token& token, const Counters& counters, std::string& text) {
   for (std::size_t i = 0; i < token.text.size();) {

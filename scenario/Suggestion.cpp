@@ -30,6 +30,7 @@ std::size_t Distance(std::string_view from, std::string_view to) {
 }
 
 bool Near(std::string_view word, std::string_view candidate) {
+  if (word.size() > 2 * candidate.size() + 1) return false;
   // "CreateIntf" for "IntfManager::CreateIntf": half the name was left out, not misspelled.
   if (word.size() >= 4 && candidate.find(word) != std::string_view::npos) return true;
   return Distance(word, candidate) <= std::max<std::size_t>(1, candidate.size() / 3);
@@ -38,6 +39,8 @@ bool Near(std::string_view word, std::string_view candidate) {
 }  // namespace
 
 std::string Suggest(std::string_view word, const std::vector<std::string>& candidates) {
+  constexpr std::size_t kLongest = 200;  // of a misspelled name
+  word = word.substr(0, kLongest);
   const auto nearest = std::min_element(candidates.begin(), candidates.end(), [&](const auto& a, const auto& b) {
     return std::make_pair(!Near(word, a), Distance(word, a)) < std::make_pair(!Near(word, b), Distance(word, b));
   });
@@ -47,20 +50,29 @@ std::string Suggest(std::string_view word, const std::vector<std::string>& candi
   return all;
 }
 
-std::string Quoted(std::string_view text) {
+std::string Printable(std::string_view text) {
   constexpr char kDigits[] = "0123456789abcdef";
-  std::string quoted = "\"";
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20 || byte == 0x7f) {
-      quoted += "\\x";
-      quoted += kDigits[byte >> 4];
-      quoted += kDigits[byte & 0xf];
+  std::string printable;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    // In UTF-8 the controls beyond ASCII are 0xC2 and a byte below 0xA0.
+    const bool after_c2 = i > 0 && text[i - 1] == '\xC2' && byte >= 0x80 && byte < 0xa0;
+    if ((byte < 0x20 && byte != '\t') || byte == 0x7f || after_c2) {
+      if (after_c2) printable.pop_back();
+      printable += "\\x";
+      printable += kDigits[byte >> 4];
+      printable += kDigits[byte & 0xf];
     } else {
-      quoted += c;
+      printable += text[i];
     }
   }
-  return quoted + '"';
+  return printable;
+}
+
+std::string Quoted(std::string_view text) {
+  constexpr std::size_t kMost = 300;
+  if (text.size() <= kMost) return '"' + Printable(text) + '"';
+  return '"' + Printable(text.substr(0, kMost)) + "...\" (" + std::to_string(text.size()) + " bytes)";
 }
 
 }  // namespace scenario

@@ -11,7 +11,10 @@ namespace scenario {
 /// `; it is one of a, b, c`.
 std::string Suggest(std::string_view word, const std::vector<std::string>& candidates);
 
-/// In quotes, with bytes that would not print as \xNN.
+/// With characters that would control a terminal as \xNN, but for tabs.
+std::string Printable(std::string_view text);
+
+/// Printable in quotes; of a text that nobody would read to its end the beginning and its size.
 std::string Quoted(std::string_view text);
 
 }  // namespace scenario

@@ -15,7 +15,7 @@ TraceLine::Kind TraceLine::kind() const {
 std::string TraceLine::Text() const {
   if (const auto* client = std::get_if<ClientNote>(&what)) return client->text;
   if (const auto* packet = std::get_if<PacketNote>(&what)) return packet->text;
-  return calls::UnmarkedText(std::get<calls::Event>(what), softcard::kLimIdNames);
+  return calls::Text(std::get<calls::Event>(what), softcard::kLimIdNames);
 }
 
 std::string Notification::Text() const {

@@ -27,7 +27,7 @@ struct TraceLine {
   unsigned depth = 0;  ///< in how many clients' callbacks
 
   Kind kind() const;
-  /// As the module saw it, with the card's names for lim ids.
+  /// With the card's names for lim ids, and a mark behind an injected result.
   std::string Text() const;
 };
 
@@ -57,6 +57,7 @@ struct Trace {
   std::vector<TraceLine> lines;
   std::vector<Notification> notifications;
   RequestResult result;
+  bool clients_went_on = false;  ///< they made more requests than they may
 };
 
 }  // namespace scenario

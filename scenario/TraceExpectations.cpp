@@ -2,6 +2,8 @@
 #include "scenario/Failure.h"
 #include "scenario/Run.h"
 #include "scenario/Statements.h"
+#include "scenario/Suggestion.h"
+#include "scenario/SyntaxError.h"
 #include "scenario/Values.h"
 
 namespace scenario {
@@ -32,6 +34,10 @@ Lines TextsOf(const std::vector<Notification>& notifications) {
   return lines;
 }
 
+bool IsNumber(const Token& word) {
+  return !word.quoted && !word.text.empty() && word.text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 /// Expects a line of this kind, or none.
 Check AmongLines(TraceLine::Kind kind, std::string pattern, const char* what, bool negated) {
   return [kind, pattern = std::move(pattern), what, negated](const Run& run) {
@@ -56,8 +62,16 @@ Check ReadThrow(const Fields& fields, const Surroundings&) {
 }
 
 Check ReadLog(const Fields& fields, const Surroundings& around) {
-  const std::string level = fields.Has(0) ? std::to_string(ToInt(fields.words()[0], "log level")) : "*";
-  const std::string text = fields.Has(1) ? std::string(fields.words()[1].text) : "*";
+  constexpr long long kLowestLevel = 0, kHighestLevel = 7;
+  const std::vector<Token>& words = fields.words();
+  std::string level = "*";
+  std::string text = "*";
+  if (fields.Has(1) || (fields.Has(0) && IsNumber(words[0]))) {
+    level = std::to_string(ToNumber(words[0], "log level", kLowestLevel, kHighestLevel));
+    if (fields.Has(1)) text = words[1].text;
+  } else if (fields.Has(0)) {
+    text = words[0].text;
+  }
   return AmongLines(TraceLine::Kind::kLog, "log " + level + ": " + text, "log line", around.negated);
 }
 
@@ -66,7 +80,7 @@ Check ReadCall(const Fields& fields, const Surroundings& around) {
   std::string pattern = "*";
   if (fields.Has(0)) {
     const Token& call = fields.words()[0];
-    pattern = call.quoted ? std::string(call.text) : ToFunction(call) + "(*";
+    pattern = call.quoted ? ToCallPattern(call) : ToFunction(call) + "(*";
   }
   return AmongLines(TraceLine::Kind::kCall, std::move(pattern), "call", around.negated);
 }
@@ -75,6 +89,11 @@ Check ReadNotification(const Fields& fields, const Surroundings& around) {
   const Token* const id = fields.Find("id");
   const Token* const port = fields.Find("port");
   const bool named = fields.Has(0) && !fields.words()[0].text.empty();
+  if (named && around.clients.count(std::string(fields.words()[0].text)) == 0) {
+    throw SyntaxError{fields.words()[0].offset,
+                      "no line before this one registers a client " + Quoted(fields.words()[0].text) +
+                          Suggest(fields.words()[0].text, {around.clients.begin(), around.clients.end()})};
+  }
   const std::string pattern = "client " + (named ? std::string(fields.words()[0].text) : "*") +
                               " is told id=" + (id != nullptr ? std::to_string(ToUnsigned(*id, "id")) : "*") +
                               " port=" + (port != nullptr ? std::to_string(ToInt(*port, "chip port")) : "*");
@@ -103,7 +122,7 @@ void AddTraceExpectations(Language& language) {
                           kNegatable, ReadCall);
   language.AddExpectation("notification", "[CLIENT] [id=ID] [port=PORT]", "That a client is told", About::kRequest,
                           kNegatable, ReadNotification);
-  language.AddExpectation("packet", "TEXT", "A step of the packet's way", About::kRequest, kNegatable, ReadPacket);
+  language.AddExpectation("packet", "TEXT", "A step of the packet's way", About::kPacket, kNegatable, ReadPacket);
   language.AddExpectation("trace", "", "Exactly these calls, log lines and notifications, in this order",
                           About::kRequest, Expectation::kHasBlock, ReadTrace);
 }

@@ -12,28 +12,13 @@ namespace scenario {
 namespace {
 
 const Names kStatuses = {
-    {"BCM_E_NONE", 0},
-    {"BCM_E_INTERNAL", -1},
-    {"BCM_E_MEMORY", -2},
-    {"BCM_E_UNIT", -3},
-    {"BCM_E_PARAM", -4},
-    {"BCM_E_EMPTY", -5},
-    {"BCM_E_FULL", -6},
-    {"BCM_E_NOT_FOUND", -7},
-    {"BCM_E_EXISTS", -8},
-    {"BCM_E_TIMEOUT", -9},
-    {"BCM_E_BUSY", -10},
-    {"BCM_E_FAIL", -11},
-    {"BCM_E_DISABLED", -12},
-    {"BCM_E_BADID", -13},
-    {"BCM_E_RESOURCE", -14},
-    {"BCM_E_CONFIG", -15},
-    {"BCM_E_UNAVAIL", -16},
-    {"BCM_E_INIT", -17},
-    {"BCM_E_PORT", -18},
-    {"false", 0},
-    {"true", 1},
+    {"BCM_E_NONE", 0},       {"BCM_E_INTERNAL", -1}, {"BCM_E_MEMORY", -2},    {"BCM_E_UNIT", -3},
+    {"BCM_E_PARAM", -4},     {"BCM_E_EMPTY", -5},    {"BCM_E_FULL", -6},      {"BCM_E_NOT_FOUND", -7},
+    {"BCM_E_EXISTS", -8},    {"BCM_E_TIMEOUT", -9},  {"BCM_E_BUSY", -10},     {"BCM_E_FAIL", -11},
+    {"BCM_E_DISABLED", -12}, {"BCM_E_BADID", -13},   {"BCM_E_RESOURCE", -14}, {"BCM_E_CONFIG", -15},
+    {"BCM_E_UNAVAIL", -16},  {"BCM_E_INIT", -17},    {"BCM_E_PORT", -18},
 };
+const Names kTruth = {{"false", 0}, {"true", 1}};
 
 /// The names of the functions that program or ask the card; of those alone whose result a fault can replace.
 std::vector<std::string> FunctionNames(bool refusable) {
@@ -131,8 +116,9 @@ long long ToNumber(const Token& word, std::string_view what, long long low, long
                                        (names.empty() ? "; it is a number" : Suggest(word.text, NamesOf(names)))};
   }
   if (error != std::errc{} || number < low || number > high) {
-    throw SyntaxError{word.offset, std::string(word.text) + " does not fit; " + std::string(what) + " is " +
-                                       std::to_string(low) + " ... " + std::to_string(high)};
+    throw SyntaxError{word.offset, (word.text.size() < 100 ? Printable(word.text) : Quoted(word.text)) +
+                                       " does not fit; " + std::string(what) + " is " + std::to_string(low) + " ... " +
+                                       std::to_string(high)};
   }
   return number;
 }
@@ -192,10 +178,55 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card) {
 
 int ToStatus(const Token& word, std::string_view what) { return ToInt(word, what, kStatuses); }
 
+int ToResult(const Token& word, const calls::Function* function) {
+  if (function == nullptr) {
+    Names any = kStatuses;
+    any.insert(any.end(), kTruth.begin(), kTruth.end());
+    return ToInt(word, "result", any);
+  }
+  const std::string what = std::string("result of ") + function->name;
+  switch (function->result) {
+    case calls::Result::kFound:
+      for (const auto& [name, value] : kTruth) {
+        if (name == word.text) return static_cast<int>(value);
+      }
+      throw SyntaxError{word.offset, Quoted(word.text) + " is no " + what + "; it is true or false"};
+    case calls::Result::kStatus:
+    case calls::Result::kId: return ToStatus(word, what);
+    default: return ToInt(word, what);
+  }
+}
+
 std::string ToFunction(const Token& word) { return OneOf(FunctionNames(false), word, "platform function"); }
 
-std::string ToFunctionWithResult(const Token& word) {
-  return OneOf(FunctionNames(true), word, "platform function with a result");
+const calls::Function* ToFunctionWithResult(const Token& word) {
+  return calls::FindFunction(OneOf(FunctionNames(true), word, "platform function with a result"));
+}
+
+std::string ToCallPattern(const Token& word) {
+  const std::size_t end = word.text.find_first_of("*(");
+  const Token head{word.text.substr(0, end), word.offset + (word.quoted ? 1 : 0)};
+  const std::vector<std::string> names = FunctionNames(false);
+  if (end == std::string_view::npos) {
+    OneOf(names, head, "platform function");
+    throw SyntaxError{head.offset, "this is no whole call; leave the quotes out for a call of " + Quoted(head.text) +
+                                       " whatever its arguments and result"};
+  }
+  const bool whole = word.text[end] == '(';
+  const auto fits = [&](const std::string& name) { return whole ? name == head.text : StartsWith(name, head.text); };
+  if (std::none_of(names.begin(), names.end(), fits)) OneOf(names, head, "platform function");
+  return std::string(word.text);
+}
+
+std::vector<std::string> ToTables(const Token& word) {
+  std::vector<std::string> names = softcard::Card::TableNames();
+  names.emplace_back("all");
+  if (const std::string name = OneOf(names, word, "table"); name != "all") return {name};
+  names.clear();
+  for (const softcard::TableDescription* table : softcard::Card::TableDescriptions()) {
+    if (table->origin != softcard::Origin::kGiven) names.emplace_back(table->name);
+  }
+  return names;
 }
 
 std::string ToTable(const Token& word) { return OneOf(softcard::Card::TableNames(), word, "table"); }

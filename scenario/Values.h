@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "calls/Functions.h"
 #include "scenario/Tokens.h"
 #include "softcard/CardDescription.h"
 #include "softcard/LimId.h"
@@ -31,13 +32,18 @@ limid_t ToLimId(const Token& word, const softcard::CardDescription& card);
 
 /// A status by name, such as BCM_E_FULL, or by number.
 int ToStatus(const Token& word, std::string_view what);
+/// What a platform function can return: true or false, a status, or a number. Any of these when it is null.
+int ToResult(const Token& word, const calls::Function* function);
 
 /// A platform function by the name that the call log gives it; one with a result that a fault can replace.
 std::string ToFunction(const Token& word);
-std::string ToFunctionWithResult(const Token& word);
+const calls::Function* ToFunctionWithResult(const Token& word);
+/// A pattern of a call's whole text. One that no platform function's call can fit is refused.
+std::string ToCallPattern(const Token& word);
 
-/// A table of the card.
+/// A table of the card; one, or "all" but for those that it is given.
 std::string ToTable(const Token& word);
+std::vector<std::string> ToTables(const Token& word);
 
 extern const Names kVlanCapabilities;
 extern const Names kMplsCapabilities;

@@ -2,6 +2,7 @@
 #define CONSOLE_COMMANDS_COMMANDS_H
 
 #include <CLI/CLI.hpp>
+#include <memory>
 
 #include "scenario/Language.h"
 #include "softcard/Card.h"
@@ -16,6 +17,12 @@ struct Console {
   const scenario::Language& language;
   ExitStatus status = kAllHold;  ///< of the one that was given
 };
+
+/// The command with all its subcommands.
+std::unique_ptr<CLI::App> MakeApp(Console& console);
+
+/// The status, or kUnusable, with a message, when standard output could not be written.
+ExitStatus Flushed(ExitStatus status);
 
 /// Each adds its subcommand, which does its work when `app` is parsed.
 void AddRun(CLI::App& app, Console& console);

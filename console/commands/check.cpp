@@ -1,19 +1,30 @@
 #include <iostream>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "console/Definitions.h"
 #include "console/Input.h"
 #include "console/commands/Commands.h"
+#include "scenario/Suggestion.h"
 
 namespace console {
 
 void AddCheck(CLI::App& app, Console& console) {
   CLI::App* const check = app.add_subcommand("check", "Tells whether a scenario is usable, without running it");
   const auto path = std::make_shared<std::string>();
+  const auto definitions = std::make_shared<std::vector<std::string>>();
   check->add_option("FILE", *path, "The scenario, - for standard input")->required()->type_name("");
-  check->callback([&console, path] {
-    const auto scenario = Load(console.language, *path);
-    if (scenario) std::cout << scenario->file << " is usable\n";
+  check->add_option("-D,--define", *definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
+      ->type_name("DEFINITION")
+      ->expected(1)
+      ->take_all();
+  check->callback([&console, path, definitions] {
+    console.status = kUnusable;
+    const auto defined = ReadDefinitions(*definitions);
+    if (!defined) return;
+    const auto scenario = Load(console.language, *path, *defined);
+    if (scenario) std::cout << scenario::Printable(scenario->file) << " is usable\n";
     console.status = scenario ? kAllHold : kUnusable;
   });
 }

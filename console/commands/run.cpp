@@ -2,12 +2,20 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
+#include <fstream>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <vector>
 
+#include "console/Definitions.h"
 #include "console/Input.h"
+#include "console/JUnitReport.h"
+#include "console/JsonPrinter.h"
+#include "console/Process.h"
 #include "console/TextPrinter.h"
 #include "console/commands/Commands.h"
 
@@ -15,11 +23,57 @@ namespace console {
 namespace {
 
 struct RunOptions {
-  std::string path;
+  std::vector<std::string> paths;
+  std::vector<std::string> definitions;
   bool quiet = false;
   bool summary = false;
   bool all_calls = false;
+  bool strict = false;
+  bool json = false;
+  unsigned long max_failures = 20;
+  std::string junit;
   std::string colour = "auto";
+};
+
+/// What became of a file.
+struct Outcome {
+  int status = kAllHold;
+  scenario::Tally tally{};
+  std::string suite{};  ///< of the JUnit report
+
+  /// For the process that waits for it.
+  std::string Text() const {
+    std::ostringstream text;
+    text << status << ' ' << tally.requests << ' ' << tally.expectations << ' ' << tally.failed << '\n' << suite;
+    return text.str();
+  }
+};
+
+Outcome ReadOutcome(const std::string& text) {
+  Outcome outcome;
+  std::istringstream numbers(text);
+  numbers >> outcome.status >> outcome.tally.requests >> outcome.tally.expectations >> outcome.tally.failed;
+  outcome.suite = text.substr(text.find('\n') + 1);
+  return outcome;
+}
+
+/// Tells two the same.
+class Both : public scenario::Observer {
+ public:
+  Both(scenario::Observer& first, scenario::Observer& second) : first_(first), second_(second) {}
+
+  void Took(const scenario::Step& step) override {
+    first_.Took(step);
+    second_.Took(step);
+  }
+  void Ended(const std::string& file, const scenario::Tally& tally) override {
+    first_.Ended(file, tally);
+    second_.Ended(file, tally);
+  }
+
+ private:
+  scenario::Observer& first_;
+  scenario::Observer& second_;
 };
 
 bool WantsColour(const std::string& choice) {
@@ -28,30 +82,94 @@ bool WantsColour(const std::string& choice) {
   return isatty(STDOUT_FILENO) && (no_colour == nullptr || *no_colour == '\0');
 }
 
-ExitStatus Run(const RunOptions& options, Console& console) {
-  const auto scenario = Load(console.language, options.path);
-  if (!scenario) return kUnusable;
+std::unique_ptr<scenario::Observer> Printer(const RunOptions& options) {
+  if (options.json) return std::make_unique<JsonPrinter>(std::cout);
   const Detail detail = options.quiet ? Detail::kFailures : options.summary ? Detail::kRequests : Detail::kCalls;
-  TextPrinter printer(std::cout, detail, WantsColour(options.colour));
-  const auto accesses = options.all_calls ? scenario::Accesses::kRecorded : scenario::Accesses::kLeftOut;
-  const scenario::Tally tally = scenario::RunScenario(*scenario, console.card, accesses, printer);
-  if (!std::cout.flush()) {
-    std::cerr << "softcard: cannot write all of the output; is there room where it goes?\n";
-    return kUnusable;
+  return std::make_unique<TextPrinter>(std::cout, detail, WantsColour(options.colour), options.max_failures);
+}
+
+Outcome RunFile(const std::string& path, const scenario::Counters& definitions, const RunOptions& options,
+                Console& console) {
+  const auto scenario = Load(console.language, path, definitions);
+  if (!scenario) return {kUnusable, {}, JUnitReport::ErrorSuite(path, "unusable; softcard check says why")};
+  const auto printer = Printer(options);
+  JUnitReport report;
+  Both both(*printer, report);
+  const scenario::Tally tally =
+      scenario::RunScenario(*scenario, console.card, {options.all_calls, options.strict}, both);
+  return {tally.failed == 0 ? kAllHold : kSomeFailed, tally, report.Suite(scenario->file)};
+}
+
+/// A process of its own for each, so that what a file's run prints does not depend on those before it.
+Outcome RunFiles(const std::vector<std::string>& paths, const scenario::Counters& definitions,
+                 const RunOptions& options, Console& console) {
+  if (paths.size() == 1) return RunFile(paths[0], definitions, options, console);
+  Outcome total;
+  unsigned unusable = 0;
+  for (const std::string& path : paths) {
+    const Ending ending = InItsOwnProcess([&] {
+      Outcome outcome = RunFile(path, definitions, options, console);
+      outcome.status = Flushed(static_cast<ExitStatus>(outcome.status));
+      return outcome.Text();
+    });
+    if (!ending.crash.empty()) std::cerr << "softcard: " << path << ' ' << ending.crash << '\n';
+    const Outcome outcome = ending.crash.empty() ? ReadOutcome(ending.report)
+                                                 : Outcome{kUnusable, {}, JUnitReport::ErrorSuite(path, ending.crash)};
+    total.status = std::max(total.status, outcome.status);
+    total.tally.requests += outcome.tally.requests;
+    total.tally.expectations += outcome.tally.expectations;
+    total.tally.failed += outcome.tally.failed;
+    total.suite += outcome.suite;
+    if (outcome.status == kUnusable) ++unusable;
   }
-  return tally.failed == 0 ? kAllHold : kSomeFailed;
+  if (!options.json) {
+    std::cout << "total: " << Counted(paths.size(), "file") << ", " << Counted(total.tally.requests, "request") << ", "
+              << Counted(total.tally.expectations, "expectation") << ", " << total.tally.failed << " failed, "
+              << unusable << " unusable\n";
+  }
+  return total;
+}
+
+ExitStatus Run(const RunOptions& options, Console& console) {
+  const auto definitions = ReadDefinitions(options.definitions);
+  const auto paths = Scenarios(options.paths);
+  if (!definitions || !paths) return kUnusable;
+  const Outcome outcome = RunFiles(*paths, *definitions, options, console);
+  if (!options.junit.empty()) {
+    std::ofstream file(options.junit);
+    if (!(file << JUnitReport::Report(outcome.suite)).flush()) {
+      std::cerr << "softcard: cannot write " << options.junit << "; check the path and the room there\n";
+      return kUnusable;
+    }
+  }
+  return static_cast<ExitStatus>(outcome.status);
 }
 
 }  // namespace
 
 void AddRun(CLI::App& app, Console& console) {
-  CLI::App* const run = app.add_subcommand("run", "Runs a scenario and checks its expectations");
+  CLI::App* const run = app.add_subcommand("run", "Runs scenarios and checks their expectations");
   const auto options = std::make_shared<RunOptions>();
-  run->add_option("FILE", options->path, "The scenario, - for standard input")->required()->type_name("");
+  run->add_option("FILE", options->paths, "A scenario, a directory with *.scn files, or - for standard input")
+      ->required()
+      ->type_name("");
+  run->add_option("-D,--define", options->definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
+      ->type_name("DEFINITION")
+      ->expected(1)
+      ->take_all();
   CLI::Option* const quiet = run->add_flag("-q,--quiet", options->quiet, "Print failures and the last line only");
-  run->add_flag("-s,--summary", options->summary, "Print a line for each request, or for several that are alike")
-      ->excludes(quiet);
+  CLI::Option* const summary =
+      run->add_flag("-s,--summary", options->summary, "Print a line for each request, or for several that are alike")
+          ->excludes(quiet);
   run->add_flag("-a,--all-calls", options->all_calls, "Print what the module looks at, too");
+  run->add_flag("--json", options->json, "Print a JSON object a line, for programs")
+      ->excludes(quiet)
+      ->excludes(summary);
+  run->add_option("--junit", options->junit, "Write a JUnit report as well")->type_name("FILE");
+  run->add_flag("--strict", options->strict, "A request fails that does not return 0, unless its result is expected");
+  run->add_option("--max-failures", options->max_failures, "Tell of more failures only how many there are; 0: tell all")
+      ->type_name("N")
+      ->capture_default_str();
   run->add_option("--color", options->colour, "auto: colours on a terminal, unless NO_COLOR is set")
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->capture_default_str();

@@ -12,7 +12,7 @@ namespace {
 std::string Output(const std::string& text, Detail detail = Detail::kCalls, bool colour = false) {
   std::ostringstream out;
   TextPrinter printer(out, detail, colour);
-  scenario::RunScenario(Usable(text), softcard::Card::Get(), scenario::Accesses::kLeftOut, printer);
+  scenario::RunScenario(Usable(text), softcard::Card::Get(), {}, printer);
   return out.str();
 }
 
@@ -42,6 +42,7 @@ TEST_F(TextPrinterTest, FoldsAlikeRequestsInASummary) {
       "\n# Three VRFs\n"
       "install-vrf 1 ... 3 (3 requests) => 0\n"
       "install-vrf 3 => -8\n"
+      "    IngressManager::CreateIngress(unit=0, vrf=3, flags=0x0) = -8 (Entry exists)\n"
       "  vrfs:\n"
       "    vrf 1: flags=0x0\n"
       "    vrf 2: flags=0x0\n"
@@ -53,6 +54,7 @@ TEST_F(TextPrinterTest, FoldsAlikeRequestsInASummary) {
 TEST_F(TextPrinterTest, QuietPrintsFailuresAndTheLastLineOnly) {
   EXPECT_EQ(Output("say Hello\ninstall-vrf 1\nexpect result 0\nexpect result 7\nshow all\n", Detail::kFailures),
             "test.scn:4: failed: expect result 7\n"
+            "    after line 2: install-vrf 1\n"
             "    expected: 7\n"
             "    found:    0\n"
             "test.scn: 1 request, 2 expectations, 1 failed\n");
@@ -83,6 +85,14 @@ TEST_F(TextPrinterTest, IndentsWhatAClientCalls) {
 TEST_F(TextPrinterTest, ColoursOnlyWhenAsked) {
   EXPECT_EQ(Output("install-vrf 1\n").find('\033'), std::string::npos);
   EXPECT_NE(Output("install-vrf 1\n", Detail::kCalls, true).find("\033[1minstall-vrf 1\033[0m\n"), std::string::npos);
+}
+
+TEST_F(TextPrinterTest, ColoursALookupThatFoundNothingLikeAnyRefusal) {
+  const std::string output = Output(
+      "install-vrf 1\ninstall-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01\n"
+      "fail IntfManager::GetIntfObject result=false\ninstall-host 30 vlan=10 lim=eth1 mac=00:00:5e:00:02:01\n",
+      Detail::kCalls, true);
+  EXPECT_NE(output.find("\033[31mIntfManager::GetIntfObject(intf=1) = false [injected]\033[0m\n"), std::string::npos);
 }
 
 }  // namespace

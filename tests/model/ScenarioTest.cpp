@@ -45,7 +45,7 @@ struct Listener : scenario::Observer {
 
 std::vector<std::string> InTheConsole(const scenario::Scenario& scenario) {
   Listener listener;
-  scenario::RunScenario(scenario, softcard::Card::Get(), scenario::Accesses::kLeftOut, listener);
+  scenario::RunScenario(scenario, softcard::Card::Get(), {}, listener);
   return listener.lines;
 }
 

@@ -47,7 +47,7 @@ TEST(LanguageTest, TakesStatementsAndExpectationsOfOtherRooms) {
                           });
   const ParsedScenario parsed =
       ParseScenario(language, "other.scn", "install-vrf 1\ncount vrfs\nexpect odd vrfs\nexpect no odd vrfs\n");
-  ASSERT_TRUE(parsed.complaints.empty()) << parsed.complaints[0].Text("other.scn");
+  ASSERT_TRUE(parsed.complaints.empty()) << parsed.complaints[0].Text();
   const Observed observed(parsed.scenario);
   EXPECT_EQ(std::get<Said>(observed.At(2).content).text, "1");
   EXPECT_EQ(observed.tally.expectations, 2u);

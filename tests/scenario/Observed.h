@@ -22,11 +22,10 @@ struct KeptStep {
 class Observed : public scenario::Observer {
  public:
   /// Runs the scenario. What the module does when it starts is the first step.
-  explicit Observed(const scenario::Scenario& scenario, scenario::Accesses accesses = scenario::Accesses::kLeftOut) {
-    scenario::RunScenario(scenario, softcard::Card::Get(), accesses, *this);
+  explicit Observed(const scenario::Scenario& scenario, const scenario::Options& options = {}) {
+    scenario::RunScenario(scenario, softcard::Card::Get(), options, *this);
   }
-  explicit Observed(const std::string& text, scenario::Accesses accesses = scenario::Accesses::kLeftOut)
-      : Observed(Usable(text), accesses) {}
+  explicit Observed(const std::string& text, const scenario::Options& options = {}) : Observed(Usable(text), options) {}
 
   void Took(const scenario::Step& step) override {
     steps.push_back({step.line, step.rounds, step.Text(), step.kind, step.content});

@@ -20,7 +20,7 @@ inline scenario::ParsedScenario Parsed(const std::string& text) {
 /// All complaints about it, as the console shows them.
 inline std::string Complaints(const std::string& text) {
   std::string complaints;
-  for (const scenario::Complaint& complaint : Parsed(text).complaints) complaints += complaint.Text("test.scn");
+  for (const scenario::Complaint& complaint : Parsed(text).complaints) complaints += complaint.Text();
   return complaints;
 }
 
@@ -33,7 +33,7 @@ inline std::string FirstComplaint(const std::string& text) {
 
 inline scenario::Scenario Usable(const std::string& text) {
   scenario::ParsedScenario parsed = Parsed(text);
-  for (const scenario::Complaint& complaint : parsed.complaints) throw complaint.Text("test.scn");
+  for (const scenario::Complaint& complaint : parsed.complaints) throw complaint.Text();
   return std::move(parsed.scenario);
 }
 

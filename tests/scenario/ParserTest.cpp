@@ -67,6 +67,8 @@ TEST(Parser, KeepsLoopsAsTheirLines) {
 
 TEST(Parser, TakesAnyLineEndingAndAByteOrderMark) {
   EXPECT_EQ(Usable("\xEF\xBB\xBFinit\r\n\r\n  # comment\r\ninit").lines.size(), 2u);
+  EXPECT_EQ(Usable("init\r# comment\rinit\r").lines.size(), 2u);
+  EXPECT_EQ(FirstComplaint("init\r\n\r\nint\r\n").substr(0, 4), "3:1:");
   EXPECT_EQ(Usable("").lines.size(), 0u);
 }
 
@@ -90,10 +92,37 @@ TEST(Parser, ComplainsOfALineInALoopOnceAndOfOtherLinesToo) {
   EXPECT_EQ(complaints[2].line, 5u);
 }
 
+TEST(Parser, ShowsOfALongLineWhatIsAroundThePlace) {
+  const std::string blanks(1000, ' ');
+  const auto complaints = Parsed("install-vrf" + blanks + "x" + blanks + "# comment\n").complaints;
+  ASSERT_EQ(complaints.size(), 1u);
+  EXPECT_EQ(complaints[0].column, 1012u);
+  EXPECT_EQ(complaints[0].source.size(), 300u);
+  EXPECT_EQ(complaints[0].source[complaints[0].offset], 'x');
+  EXPECT_LT(Complaints("install-vrf " + std::string(1'000'000, 'x')).size(), 1500u);
+}
+
+TEST(Parser, ShowsControlCharactersAsText) {
+  EXPECT_EQ(Complaints("say \x1b[2J\ninstal \x1b[2J\xC2\x9B x\n"),
+            "test.scn:2:1: error: unknown request \"instal\"; did you mean \"install-vrf\"?\n"
+            "  instal \\x1b[2J\\x9b x\n"
+            "  ^\n");
+}
+
+TEST(Parser, DefinedNamesAreReadLikeCounters) {
+  const auto parsed =
+      ParseScenario(TheLanguage(), "test.scn", "card ports=$N\ninstall-vrf $(N*2)\nsay $N\n", {{"N", 4}});
+  EXPECT_TRUE(parsed.complaints.empty());
+  EXPECT_EQ(parsed.scenario.card.front_ports, 4u);
+  const Observed observed(parsed.scenario);
+  EXPECT_EQ(observed.At(2).text, "install-vrf 8");
+}
+
 TEST(Parser, StopsComplainingSomeday) {
   std::string text;
   for (int i = 0; i < 1000; ++i) text += "nonsense\n";
   EXPECT_EQ(Parsed(text).complaints.size(), 20u);
+  EXPECT_EQ(Parsed(text).more_complaints, 980u);
 }
 
 TEST(Parser, SurvivesBytesThatAreNoText) {

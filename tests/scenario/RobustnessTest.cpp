@@ -33,7 +33,7 @@ void ExpectSense(const std::string& text) {
     EXPECT_GE(complaint.line, 1u) << text;
     EXPECT_LE(complaint.line, lines) << text;
     EXPECT_GE(complaint.column, 1u) << text;
-    EXPECT_LE(complaint.column, complaint.source.size() + 1) << complaint.Text("test.scn");
+    EXPECT_LE(complaint.column, complaint.source.size() + 1) << complaint.Text();
     EXPECT_FALSE(complaint.message.empty()) << text;
   }
 }

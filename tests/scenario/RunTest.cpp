@@ -76,13 +76,12 @@ TEST_F(RunTest, RecordsWhatTheModuleLooksAtOnlyWhenAsked) {
                        [](const TraceLine& line) { return line.kind() == TraceLine::Kind::kAccess; });
   };
   EXPECT_FALSE(has_access(Observed("install-vrf 1\n")));
-  EXPECT_TRUE(has_access(Observed("install-vrf 1\n", Accesses::kRecorded)));
+  EXPECT_TRUE(has_access(Observed("install-vrf 1\n", Options{true})));
 }
 
 TEST_F(RunTest, ExpectationsDoNotDependOnWhatIsRecorded) {
   const Observed observed(
-      "install-vrf 1\nexpect trace\nIngressManager::CreateIngress(unit=0, vrf=1, flags=0x0) = 0\nend\n",
-      Accesses::kRecorded);
+      "install-vrf 1\nexpect trace\nIngressManager::CreateIngress(unit=0, vrf=1, flags=0x0) = 0\nend\n", Options{true});
   EXPECT_EQ(observed.tally.failed, 0u);
 }
 
@@ -129,7 +128,7 @@ TEST_F(RunTest, EveryExpectationCanFail) {
   EXPECT_NE(Failures("destroy-vlan 1\nexpect log 3 \"Couldn't\"\n"), "");
   EXPECT_NE(Failures("destroy-vlan 1\nexpect no log 3\n"), "");
   EXPECT_NE(Failures("install-vrf 1\nexpect call IngressManager::DeleteIngress\n"), "");
-  EXPECT_NE(Failures("install-vrf 1\nexpect call \"IngressManager::CreateIngress\"\n"), "");
+  EXPECT_NE(Failures("install-vrf 1\nexpect call \"IngressManager::CreateIngress()\"\n"), "");
   EXPECT_NE(Failures("install-vrf 1\nexpect no call\n"), "");
   EXPECT_NE(Failures("install-vrf 1\nexpect notification\n"), "");
   EXPECT_NE(Failures("send 1\nexpect packet \"sent*\"\n"), "");
@@ -216,6 +215,93 @@ TEST_F(RunTest, FaultsHappenAsPlannedAndGoWhenCleared) {
                      "clear-faults\ninstall-vrf 3\nexpect result 0\n"
                      "fail call=1 result=BCM_E_BUSY\ninstall-vrf 4\nexpect result BCM_E_BUSY\n"),
             "");
+}
+
+TEST_F(RunTest, ExpectationsFitAnInjectedResultWithItsMarkAndWithout) {
+  EXPECT_EQ(Failures("fail IngressManager::CreateIngress result=BCM_E_FULL\ninstall-vrf 1\n"
+                     "expect call \"IngressManager::CreateIngress(*) = -6 (Table full)\"\n"
+                     "expect call \"* [injected]\"\nexpect no call \"* = 0 [injected]\"\n"
+                     "expect trace\nIngressManager::CreateIngress(unit=0, vrf=1, flags=0x0) = -6 (Table full)\nend\n"
+                     "install-vrf 1\nexpect no call \"* [injected]\"\n"),
+            "");
+}
+
+TEST_F(RunTest, AFaultThatNeverHappenedFails) {
+  EXPECT_EQ(Failures("fail IngressManager::CreateIngress nth=3 result=-1\ninstall-vrf 1\ninstall-vrf 2\n"
+                     "for I in 1..2\nfail IntfManager::GetIntfObject nth=every result=false\nend\n"
+                     "fail call=2 result=-1\ndestroy-vrf 1\n"),
+            "1: fail IngressManager::CreateIngress nth=3 result=-1\n"
+            "    this fault never happened: IngressManager::CreateIngress was called 2 times since\n"
+            "5: fail IntfManager::GetIntfObject nth=every result=false\n"
+            "    this fault never happened: IntfManager::GetIntfObject was called 0 times since\n"
+            "5: fail IntfManager::GetIntfObject nth=every result=false\n"
+            "    this fault never happened: IntfManager::GetIntfObject was called 0 times since\n"
+            "7: fail call=2 result=-1\n"
+            "    this fault never happened: platform functions were called once since\n");
+  EXPECT_EQ(Failures("fail IngressManager::CreateIngress result=-1\nclear-faults\n"), "");
+}
+
+TEST_F(RunTest, KnowsAmongManyFaultsTheOneThatNeverHappened) {
+  const Observed observed(
+      "fail fm_init result=-1\nfor I in 1..3000\nfail IngressManager::CreateIngress result=-1\n"
+      "install-vrf 1\nend\n");
+  EXPECT_EQ(observed.tally.failed, 1u);
+  EXPECT_TRUE(std::get<Checked>(observed.At(1).content).failure);
+}
+
+TEST_F(RunTest, ANumberedFaultPassesAFunctionWithoutAResultOver) {
+  EXPECT_EQ(Failures("install-vrf 1\ninstall-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=null\nfail call=3 result=-1\n"
+                     "install-vlan 11 lim=vlan101 vrf=1 mtu=1500 mac=null\n"),
+            "3: fail call=3 result=-1\n"
+            "    this fault never happened: call 3 was of a function without a result that a fault could replace\n");
+}
+
+TEST_F(RunTest, AStrictRunExpectsEveryResult) {
+  Options strict;
+  strict.strict = true;
+  const auto failed = [&](const std::string& text) { return Observed(text, strict).tally.failed; };
+  EXPECT_EQ(failed("install-vrf 1\ninstall-vrf 1\nexpect result BCM_E_EXISTS\n"), 0u);
+  EXPECT_EQ(failed("install-vrf 1\ninstall-vrf 1\nexpect no log\ninstall-vrf 2\n"), 1u);
+  EXPECT_EQ(failed("install-vrf 1\ninstall-vrf 1\nsend 1\n"), 1u);
+  EXPECT_EQ(failed(kTunnel + "client a throw \"x\"\n" + kReplace), 1u);
+  EXPECT_EQ(failed(kTunnel + "client a throw \"x\"\n" + kReplace + "\nexpect throw \"*x\"\n"), 0u);
+  const Observed observed("destroy-vrf 1\n", strict);
+  EXPECT_EQ(observed.steps.back().line, 1u);
+  EXPECT_EQ(std::get<Checked>(observed.steps.back().content).failure,
+            (Failure{"expected: 0, as no line expects another result", "found:    -7"}));
+}
+
+TEST_F(RunTest, AnAsteriskThatIsMeantIsEscaped) {
+  const std::string client = kTunnel + "client \"*\" notify\n" + kReplace + "\n";
+  EXPECT_EQ(Failures(client + "expect log 7 \"Calling callback for client \\*.\"\n"), "");
+  EXPECT_NE(Failures(client + "expect no log 7 \"Calling callback for client *\"\n"), "");
+  EXPECT_NE(Failures(client + "expect log 7 \"Calling callback for client \\*\"\n"), "");
+}
+
+TEST_F(RunTest, ALogLineIsExpectedWithoutItsLevelToo) {
+  EXPECT_EQ(Failures("destroy-vlan 12\nexpect log \"Couldn't*\"\nexpect log 3\nexpect no log \"Could\"\n"), "");
+  EXPECT_NE(Failures("destroy-vlan 12\nexpect log \"Could\"\n"), "");
+}
+
+TEST_F(RunTest, TheRequestsOfClientsInsideOneRequestAreBounded) {
+  std::string clients;
+  for (char name = 'a'; name <= 'h'; ++name) {
+    clients += std::string("client ") + name + " calls replace-mpls 20 vlan=10 lim=eth3 mac=00:00:5e:00:02:01 labels=7 caps=push\n";
+  }
+  const Observed observed(kTunnel + clients + kReplace + "\n");
+  EXPECT_EQ(observed.tally.failed, 1u);
+  EXPECT_EQ(std::get<Checked>(observed.steps.back().content).failure,
+            Failure{"update clients made more than 1000 requests inside this one"});
+  EXPECT_EQ(observed.steps[observed.steps.size() - 2].trace().result.Text(),
+            "threw std::runtime_error: update clients may make 1000 requests inside one request");
+}
+
+TEST_F(RunTest, AFailureKnowsTheRequestThatItIsAbout) {
+  const Observed observed("for I in 1..2\n  install-vrf $I\n  expect result $(I-1)\nend\n");
+  const auto& checked = std::get<Checked>(observed.At(3).content);
+  EXPECT_EQ(checked.request_line, 2u);
+  EXPECT_EQ(checked.request, "install-vrf 2");
+  EXPECT_EQ(observed.At(3).rounds, (Counters{{"I", 2}}));
 }
 
 TEST_F(RunTest, TheCardIsAsTheScenarioDescribesIt) {

@@ -34,10 +34,8 @@ TEST(Substitution, LeavesTheRestAsItIs) {
   EXPECT_EQ(Substituted("$$I costs $$"), "$I costs $");
 }
 
-TEST(Substitution, AnInnerCounterHidesAnOuterOneOfItsName) { EXPECT_EQ(Substituted("$I", {{"I", 1}, {"I", 2}}), "2"); }
-
 TEST(Substitution, RefusesWhatItCannotRead) {
-  EXPECT_EQ(Refusal("a$K"), "2: no loop around this line counts \"K\"; did you mean \"J\"?");
+  EXPECT_EQ(Refusal("a$K"), "2: no loop around this line counts \"K\", and no -D defines it; did you mean \"J\"?");
   EXPECT_EQ(Refusal("$"), "1: expected $COUNTER, $(...) or $$");
   EXPECT_EQ(Refusal("$(I"), "3: expected + - * / % or )");
   EXPECT_EQ(Refusal("$(I 1)"), "3: expected + - * / % or )");
@@ -52,7 +50,7 @@ TEST(Substitution, WithoutALoopADollarSignHasToBeDoubled) {
     Substituted("$I", {});
     FAIL() << "nothing was thrown";
   } catch (const SyntaxError& error) {
-    EXPECT_EQ(error.message, "no loop around this line counts \"I\"; a dollar sign is $$");
+    EXPECT_EQ(error.message, "no loop around this line counts \"I\", and no -D defines it; a dollar sign is $$");
   }
 }
 

@@ -47,7 +47,26 @@ INSTANTIATE_TEST_SUITE_P(
         UnusableLine{"install-host 1 vlan=1 lim=eth1 mac=null actions=dorp",
                      "1:49: \"dorp\" is no action; did you mean \"drop\"?"},
         UnusableLine{"fail fm_init result=BCM_E_FUL",
-                     "1:21: \"BCM_E_FUL\" is no status; did you mean \"BCM_E_FULL\"?"}),
+                     "1:21: \"BCM_E_FUL\" is no result of fm_init; did you mean \"BCM_E_FULL\"?"}),
+    Name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Results, Unusable,
+    testing::Values(
+        UnusableLine{"fail IntfManager::GetIntfObject result=BCM_E_NOT_FOUND",
+                     "1:40: \"BCM_E_NOT_FOUND\" is no result of IntfManager::GetIntfObject; it is true or false"},
+        UnusableLine{"fail IntfManager::GetIntfObject result=0",
+                     "1:40: \"0\" is no result of IntfManager::GetIntfObject; it is true or false"},
+        UnusableLine{"fail IntfManager::CreateIntf result=true",
+                     "1:37: \"true\" is no result of IntfManager::CreateIntf; it is one of BCM_E_NONE, BCM_E_INTERNAL, "
+                     "BCM_E_MEMORY, BCM_E_UNIT, BCM_E_PARAM, BCM_E_EMPTY, BCM_E_FULL, BCM_E_NOT_FOUND, BCM_E_EXISTS, "
+                     "BCM_E_TIMEOUT, BCM_E_BUSY, BCM_E_FAIL, BCM_E_DISABLED, BCM_E_BADID, BCM_E_RESOURCE, "
+                     "BCM_E_CONFIG, BCM_E_UNAVAIL, BCM_E_INIT, BCM_E_PORT"},
+        UnusableLine{"fail HalBcmCommon::GetMplsExpMapId result=BCM_E_FULL",
+                     "1:43: \"BCM_E_FULL\" is no result of HalBcmCommon::GetMplsExpMapId; it is a number"},
+        UnusableLine{"fail fm_init nth=evry result=-1",
+                     "1:18: \"evry\" is no number of a call; did you mean \"every\"?"},
+        UnusableLine{"fail call=1 result=FULL", "1:20: \"FULL\" is no result; did you mean \"BCM_E_FULL\"?"}),
     Name);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -112,6 +131,12 @@ INSTANTIATE_TEST_SUITE_P(
         UnusableLine{"fail fm_init nth=0 result=-1", "1:18: 0 does not fit; number of a call is 1 ... 4294967295"},
         UnusableLine{"show", "1:1: \"show\" needs TABLE..."},
         UnusableLine{"show intf", "1:6: unknown table \"intf\"; did you mean \"intfs\"?"},
+        UnusableLine{"show intf all vrf", "1:6: unknown table \"intf\"; did you mean \"intfs\"?"},
+        UnusableLine{
+            "show nothing",
+            "1:6: unknown table \"nothing\"; it is one of intfs, egresses, initiators, stations, associations, "
+            "vrfs, protocol, switch, ports, lags, destinations, all"},
+        UnusableLine{"say", "1:1: \"say\" needs TEXT"},
         UnusableLine{"say \"x\" \nclient \"x notify", "2:8: this quote is not closed"}),
     Name);
 
@@ -124,6 +149,29 @@ INSTANTIATE_TEST_SUITE_P(
         UnusableLine{"init\nexpect resul 0", "2:8: nothing is expected by \"expect resul\"; did you mean \"result\"?"},
         UnusableLine{"init\nexpect no result 0",
                      "2:11: nothing is expected by \"expect no result\"; it is one of log, call, notification, packet"},
+        UnusableLine{"init\nexpect no call CreateIntf",
+                     "2:16: unknown platform function \"CreateIntf\"; did you mean \"IntfManager::CreateIntf\"?"},
+        UnusableLine{"init\nexpect no call \"IntfManager::CreatIntf(*\"",
+                     "2:17: unknown platform function \"IntfManager::CreatIntf\"; did you mean "
+                     "\"IntfManager::CreateIntf\"?"},
+        UnusableLine{"init\nexpect no call \"IntfManager::CreatI*\"",
+                     "2:17: unknown platform function \"IntfManager::CreatI\"; did you mean "
+                     "\"IntfManager::CreateIntf\"?"},
+        UnusableLine{"init\nexpect no call \"fm_init\"",
+                     "2:17: this is no whole call; leave the quotes out for a call of \"fm_init\" whatever its "
+                     "arguments and result"},
+        UnusableLine{"init\nexpect call fm_init() = 0",
+                     "2:23: \"expect call\" has no field \"\"; quotes keep a CALL together"},
+        UnusableLine{"init\nexpect call IntfManager::DeleteIntf(unit=0, intf=1) = 0",
+                     "2:13: \"expect call\" has no field \"IntfManager::DeleteIntf(unit\"; quotes keep a CALL "
+                     "together"},
+        UnusableLine{"init\nexpect log 7 Encapsulation module",
+                     "2:28: unexpected \"module\"; quotes keep a TEXT together"},
+        UnusableLine{"init\nexpect log 9", "2:12: 9 does not fit; log level is 0 ... 7"},
+        UnusableLine{"client mars notify\nexpect no notification mras",
+                     "2:24: no line before this one registers a client \"mras\"; did you mean \"mars\"?"},
+        UnusableLine{"expect no packet \"sent*\"", "1:1: no packet comes before this expectation of its way"},
+        UnusableLine{"send 1\ninit\nexpect no packet \"sent*\"", "3:1: \"init\" sends no packet"},
         UnusableLine{"init\nexpect call CreateIntf",
                      "2:13: unknown platform function \"CreateIntf\"; did you mean \"IntfManager::CreateIntf\"?"},
         UnusableLine{"expect result 0", "1:1: no request comes before this expectation of its result"},
@@ -148,6 +196,12 @@ INSTANTIATE_TEST_SUITE_P(
             "for I in 1..3\n  install-host $I vlan=0 lim=eth$(I+46) mac=null\nend",
             "2:30: the card has no eth49; it has eth1 ... eth48, and \"absent:eth49\" asks for the port all the "
             "same (with I=3)"},
+        UnusableLine{"for I in 1..2\n  for I in 1..2\n  end\nend",
+                     "2:7: \"I\" is a name already, of a loop around this one or of -D (with I=1)"},
+        UnusableLine{"include", "1:1: \"include\" needs FILE"},
+        UnusableLine{"include nowhere.inc",
+                     "1:9: cannot read nowhere.inc: No such file or directory; check the path, or use - for standard "
+                     "input"},
         UnusableLine{"for I in 1..4294967295\n  init\nend",
                      "1:1: the scenario has more than 4000000 lines with the rounds of its loops"},
         UnusableLine{"init\ncard ports=4", "2:1: \"card\" comes once, before everything else"},

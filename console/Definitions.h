@@ -1,0 +1,17 @@
+#ifndef CONSOLE_DEFINITIONS_H
+#define CONSOLE_DEFINITIONS_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "scenario/Substitution.h"
+
+namespace console {
+
+/// "NAME=NUMBER" each. Nothing, and a message on standard error, when one is none.
+std::optional<scenario::Counters> ReadDefinitions(const std::vector<std::string>& texts);
+
+}  // namespace console
+
+#endif

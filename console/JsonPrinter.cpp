@@ -1,0 +1,100 @@
+#include "console/JsonPrinter.h"
+
+#include <ostream>
+#include <string>
+#include <variant>
+
+#include "calls/Json.h"
+#include "softcard/LimId.h"
+
+namespace console {
+namespace {
+
+using calls::JsonString;
+using scenario::Step;
+using scenario::Trace;
+using scenario::TraceLine;
+
+/// "[", what `write` makes of each element, "]".
+template <typename Elements, typename Write>
+std::string List(const Elements& elements, Write write) {
+  std::string list = "[";
+  for (const auto& element : elements) list += (list.size() > 1 ? ", " : "") + write(element);
+  return list + ']';
+}
+
+/// Each object begins so.
+std::string Begin(const std::string& what, const std::string& file) {
+  return "{\"version\": 1, \"step\": " + JsonString(what) + ", \"file\": " + JsonString(file);
+}
+
+std::string Begin(const std::string& what, const Step& step) {
+  std::string rounds;
+  for (const auto& [name, value] : step.rounds) {
+    rounds += (rounds.empty() ? "" : ", ") + JsonString(name) + ": " + std::to_string(value);
+  }
+  return Begin(what, step.file) + ", \"line\": " + std::to_string(step.line) + ", \"rounds\": {" + rounds +
+         "}, \"text\": " + JsonString(step.Text());
+}
+
+std::string LineJson(const TraceLine& line) {
+  if (const auto* client = std::get_if<scenario::ClientNote>(&line.what)) {
+    return "{\"client\": " + JsonString(client->text) + '}';
+  }
+  if (const auto* packet = std::get_if<scenario::PacketNote>(&line.what)) return JsonString(packet->text);
+  return calls::Json(std::get<calls::Event>(line.what), softcard::kLimIdNames);
+}
+
+std::string NotificationJson(const scenario::Notification& told) {
+  return "{\"client\": " + JsonString(told.client) +
+         ", \"id\": " + std::to_string(static_cast<unsigned>(told.destination)) +
+         ", \"port\": " + std::to_string(told.port) + '}';
+}
+
+std::string Json(const Step& step, const Trace& trace) {
+  using Result = scenario::RequestResult::Kind;
+  if (step.kind == scenario::Kind::kPacket) return Begin("packet", step) + ", \"way\": " + List(trace.lines, LineJson);
+  const std::string result = trace.result.kind == Result::kNumber
+                                 ? ", \"result\": " + std::to_string(trace.result.number)
+                             : trace.result.kind == Result::kThrew ? ", \"threw\": " + JsonString(trace.result.thrown)
+                                                                   : "";
+  return Begin(step.line == 0 ? "start" : "request", step) + ", \"trace\": " + List(trace.lines, LineJson) +
+         ", \"notifications\": " + List(trace.notifications, NotificationJson) + result;
+}
+
+std::string Json(const Step& step, const scenario::Shown& shown) {
+  return Begin("tables", step) + ", \"tables\": " + List(shown.tables, [](const scenario::ShownTable& table) {
+           return "{\"name\": " + JsonString(table.name) +
+                  ", \"rows\": " + List(table.rows, [](const softcard::Row& row) { return softcard::Json(row); }) + '}';
+         });
+}
+
+std::string Json(const Step& step, const scenario::Checked& checked) {
+  if (!checked.failure) return "";
+  std::string json = Begin("failure", step) + ", \"why\": " + List(*checked.failure, JsonString);
+  if (checked.request_line > 0) {
+    json += ", \"request\": {\"line\": " + std::to_string(checked.request_line) +
+            ", \"text\": " + JsonString(checked.request) + '}';
+  }
+  return json;
+}
+
+/// Plans of faults and headings are for people.
+template <typename Content>
+std::string Json(const Step&, const Content&) {
+  return "";
+}
+
+}  // namespace
+
+void JsonPrinter::Took(const Step& step) {
+  const std::string json = std::visit([&](const auto& content) { return Json(step, content); }, step.content);
+  if (!json.empty()) out_ << json << "}\n";
+}
+
+void JsonPrinter::Ended(const std::string& file, const scenario::Tally& tally) {
+  out_ << Begin("end", file) << ", \"requests\": " << tally.requests << ", \"expectations\": " << tally.expectations
+       << ", \"failed\": " << tally.failed << "}\n";
+}
+
+}  // namespace console

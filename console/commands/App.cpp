@@ -1,0 +1,24 @@
+#include <iostream>
+
+#include "console/commands/Commands.h"
+
+namespace console {
+
+std::unique_ptr<CLI::App> MakeApp(Console& console) {
+  auto app = std::make_unique<CLI::App>("Runs the encapsulation module on a line card in software.");
+  app->name("softcard");
+  app->set_version_flag("--version", "softcard " SOFTCARD_VERSION);
+  app->require_subcommand(0, 1);
+  app->footer("Exit status: 0 when every expectation holds, 1 when one fails, 2 for anything unusable.");
+  AddRun(*app, console);
+  AddCheck(*app, console);
+  return app;
+}
+
+ExitStatus Flushed(ExitStatus status) {
+  if (std::cout.flush()) return status;
+  std::cerr << "softcard: cannot write all of the output; is there room where it goes?\n";
+  return kUnusable;
+}
+
+}  // namespace console
