@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "console/commands/Commands.h"
+#include "diagnosis/Statements.h"
 
 int main(int argc, char** argv) try {
   std::ios::sync_with_stdio(false);
@@ -14,9 +15,12 @@ int main(int argc, char** argv) try {
 
   scenario::Language language;
   scenario::AddStandard(language);
-  console::Console console{softcard::Card::Get(), language};
+  diagnosis::Ledger ledger;
+  diagnosis::AddAudit(language, ledger);
+  console::Console console{softcard::Card::Get(), language, ledger};
   console::AddRun(app, console);
   console::AddCheck(app, console);
+  console::AddAudit(app, console);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

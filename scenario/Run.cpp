@@ -26,6 +26,7 @@ class Runner {
     static const SourceLine kBeforeTheFirst{};
     if (!scenario_.starts_itself) Tell(kBeforeTheFirst, Kind::kStart, performer_.Start());
     Do(scenario_.lines);
+    for (Observer* watcher : scenario_.language->watchers()) watcher->Ended(scenario_.file, tally_);
     observer_.Ended(scenario_.file, tally_);
     return tally_;
   }
@@ -57,7 +58,9 @@ class Runner {
 
   void Tell(const SourceLine& line, Kind kind, Content content) {
     Count(line, kind, content);
-    observer_.Took({scenario_.file, line.number, rounds_, line.statement, kind, content});
+    const Step step{scenario_.file, line.number, rounds_, line.statement, kind, content};
+    for (Observer* watcher : scenario_.language->watchers()) watcher->Took(step);
+    observer_.Took(step);
     if (auto* trace = std::get_if<Trace>(&content)) run_.last = std::move(*trace);
   }
 

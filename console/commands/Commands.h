@@ -3,6 +3,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "diagnosis/Ledger.h"
 #include "scenario/Language.h"
 #include "softcard/Card.h"
 
@@ -14,12 +15,14 @@ enum ExitStatus { kAllHold = 0, kSomeFailed = 1, kUnusable = 2 };
 struct Console {
   softcard::Card& card;
   const scenario::Language& language;
-  ExitStatus status = kAllHold;  ///< of the one that was given
+  const diagnosis::Ledger& ledger;  ///< of the scenario that was run last
+  ExitStatus status = kAllHold;     ///< of the one that was given
 };
 
 /// Each adds its subcommand, which does its work when `app` is parsed.
 void AddRun(CLI::App& app, Console& console);
 void AddCheck(CLI::App& app, Console& console);
+void AddAudit(CLI::App& app, Console& console);
 
 }  // namespace console
 
