@@ -99,17 +99,15 @@ void Forms(const scenario::Language& language) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  scenario::Language language;
-  scenario::AddStandard(language);
-  console::Console console{softcard::Card::Get(), language};
+  console::Console console(softcard::Card::Get());
   const auto app = console::MakeApp(console);
   const std::string what = argc == 2 ? argv[1] : "";
   if (what == "man") {
-    Manual(*app, language);
+    Manual(*app, console.language);
   } else if (what == "completion") {
     Completion(*app);
   } else if (what == "forms") {
-    Forms(language);
+    Forms(console.language);
   } else {
     std::cerr << "usage: softcard_describe man|completion|forms\n";
     return console::kUnusable;

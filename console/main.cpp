@@ -24,9 +24,7 @@ bool IsMisspelled(const CLI::App& app, const std::string& word) {
 
 int main(int argc, char** argv) try {
   std::ios::sync_with_stdio(false);
-  scenario::Language language;
-  scenario::AddStandard(language);
-  console::Console console{softcard::Card::Get(), language};
+  console::Console console(softcard::Card::Get());
   const auto app = console::MakeApp(console);
   if (argc > 1 && IsMisspelled(*app, argv[1])) return console::kUnusable;
   try {

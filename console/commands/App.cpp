@@ -1,8 +1,14 @@
 #include <iostream>
 
 #include "console/commands/Commands.h"
+#include "diagnosis/Statements.h"
 
 namespace console {
+
+Console::Console(softcard::Card& software_card) : card(software_card) {
+  scenario::AddStandard(language);
+  diagnosis::AddAudit(language, ledger);
+}
 
 std::unique_ptr<CLI::App> MakeApp(Console& console) {
   auto app = std::make_unique<CLI::App>("Runs the encapsulation module on a line card in software.");
@@ -12,6 +18,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   app->footer("Exit status: 0 when every expectation holds, 1 when one fails, 2 for anything unusable.");
   AddRun(*app, console);
   AddCheck(*app, console);
+  AddAudit(*app, console);
   return app;
 }
 
