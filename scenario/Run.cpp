@@ -101,12 +101,10 @@ class Runner {
     }
   }
 
-  static const std::string& FileOf(const Scenario& scenario, const SourceLine& line) {
-    return line.file == nullptr ? scenario.file : *line.file;
-  }
-
   Step StepAt(const Place& place, Kind kind, const Content& content) const {
-    return {FileOf(scenario_, *place.line), place.line->number, place.rounds, place.line->statement, kind, content};
+    const SourceLine& line = *place.line;
+    return {
+        line.file != nullptr ? *line.file : scenario_.file, line.number, place.rounds, line.statement, kind, content};
   }
 
   void Count(const Place& place, Kind kind, const Content& content) {

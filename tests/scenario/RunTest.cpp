@@ -286,7 +286,8 @@ TEST_F(RunTest, ALogLineIsExpectedWithoutItsLevelToo) {
 TEST_F(RunTest, TheRequestsOfClientsInsideOneRequestAreBounded) {
   std::string clients;
   for (char name = 'a'; name <= 'h'; ++name) {
-    clients += std::string("client ") + name + " calls replace-mpls 20 vlan=10 lim=eth3 mac=00:00:5e:00:02:01 labels=7 caps=push\n";
+    clients += std::string("client ") + name +
+               " calls replace-mpls 20 vlan=10 lim=eth3 mac=00:00:5e:00:02:01 labels=7 caps=push\n";
   }
   const Observed observed(kTunnel + clients + kReplace + "\n");
   EXPECT_EQ(observed.tally.failed, 1u);
