@@ -89,8 +89,9 @@ void Completion(const CLI::App& app) {
 }
 
 void Forms(const scenario::Language& language) {
-  for (const scenario::Statement& statement : language.statements())
+  for (const scenario::Statement& statement : language.statements()) {
     std::cout << "    " << statement.form.usage() << '\n';
+  }
   for (const scenario::Expectation& expectation : language.expectations()) {
     std::cout << "    " << FormOf(expectation) << '\n';
   }

@@ -50,7 +50,7 @@ std::size_t Plan(const PlannedFault& fault, softcard::FaultPlan& faults) {
 }  // namespace
 
 void AddFaults(Language& language) {
-  language.Add("fail", "[FUNCTION] [nth=N|every] [call=N] result=STATUS",
+  language.Add("fail", "[FUNCTION] [nth=N|every] [call=N] result=RESULT",
                "Makes a call of a platform function from here on return this; the next one without nth= or call=",
                Kind::kPlan, [](const Fields& fields, const Surroundings&) {
                  return [fault = ReadFault(fields)](Run& run) {

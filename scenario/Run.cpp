@@ -14,6 +14,8 @@ namespace {
 const Failure kClientsWentOn = {"update clients made more than " + std::to_string(Performer::kMostClientRequests) +
                                 " requests inside this one"};
 
+const SourceLine kBeforeTheFirst{};
+
 /// Does each statement in its turn.
 class Runner {
  public:
@@ -30,12 +32,12 @@ class Runner {
   }
 
   Tally DoAll() {
-    static const SourceLine kBeforeTheFirst{};
     if (!scenario_.starts_itself) Tell({&kBeforeTheFirst, {}}, Kind::kStart, performer_.Start());
     Do(scenario_.lines);
     EndRequest();
-    for (const auto& [place, failure] : faults_.NotHappened(run_.card.faults()))
+    for (const auto& [place, failure] : faults_.NotHappened(run_.card.faults())) {
       Tell(place, Kind::kPlan, Failed(failure));
+    }
     for (Observer* watcher : scenario_.language->watchers()) watcher->Ended(scenario_.file, tally_);
     observer_.Ended(scenario_.file, tally_);
     return tally_;
@@ -104,12 +106,10 @@ class Runner {
     }
   }
 
-  static const std::string& FileOf(const Scenario& scenario, const SourceLine& line) {
-    return line.file == nullptr ? scenario.file : *line.file;
-  }
-
   Step StepAt(const Place& place, Kind kind, const Content& content) const {
-    return {FileOf(scenario_, *place.line), place.line->number, place.rounds, place.line->statement, kind, content};
+    const SourceLine& line = *place.line;
+    return {
+        line.file != nullptr ? *line.file : scenario_.file, line.number, place.rounds, line.statement, kind, content};
   }
 
   void Count(const Place& place, Kind kind, const Content& content) {
@@ -133,7 +133,7 @@ class Runner {
   Counters rounds_;
   Tally tally_;
   WaitingFaults faults_;
-  Place request_;  ///< of the last request or packet
+  Place request_{&kBeforeTheFirst, {}};  ///< of the last request or packet
   bool result_is_expected_ = false;
 };
 

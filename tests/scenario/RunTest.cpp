@@ -297,6 +297,11 @@ TEST_F(RunTest, TheRequestsOfClientsInsideOneRequestAreBounded) {
             "threw std::runtime_error: update clients may make 1000 requests inside one request");
 }
 
+TEST_F(RunTest, AnExpectationMayFailBeforeTheModuleStarts) {
+  EXPECT_EQ(Failures("expect rows vrfs 1\nstart\n"),
+            "1: expect rows vrfs 1\n    expected: 1 rows in vrfs\n    found:    0\n");
+}
+
 TEST_F(RunTest, AFailureKnowsTheRequestThatItIsAbout) {
   const Observed observed("for I in 1..2\n  install-vrf $I\n  expect result $(I-1)\nend\n");
   const auto& checked = std::get<Checked>(observed.At(3).content);
