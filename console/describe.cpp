@@ -4,6 +4,7 @@
 #include <string>
 
 #include "console/commands/Commands.h"
+#include "diagnosis/Statements.h"
 
 namespace {
 
@@ -101,7 +102,9 @@ void Forms(const scenario::Language& language) {
 int main(int argc, char** argv) {
   scenario::Language language;
   scenario::AddStandard(language);
-  console::Console console{softcard::Card::Get(), language};
+  diagnosis::Ledger ledger;
+  diagnosis::AddAudit(language, ledger);
+  console::Console console{softcard::Card::Get(), language, ledger};
   const auto app = console::MakeApp(console);
   const std::string what = argc == 2 ? argv[1] : "";
   if (what == "man") {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "console/commands/Commands.h"
+#include "diagnosis/Statements.h"
 #include "scenario/Suggestion.h"
 
 namespace {
@@ -26,7 +27,9 @@ int main(int argc, char** argv) try {
   std::ios::sync_with_stdio(false);
   scenario::Language language;
   scenario::AddStandard(language);
-  console::Console console{softcard::Card::Get(), language};
+  diagnosis::Ledger ledger;
+  diagnosis::AddAudit(language, ledger);
+  console::Console console{softcard::Card::Get(), language, ledger};
   const auto app = console::MakeApp(console);
   if (argc > 1 && IsMisspelled(*app, argv[1])) return console::kUnusable;
   try {

@@ -77,6 +77,11 @@ class Language {
   void AddExpectation(const std::string& name, const std::string& fields, std::string help, Expectation::About about,
                       int traits, Expectation::Read read);
 
+  /// For statements that have to know what happened before them: the watcher is told each step of every run, ahead of
+  /// the run's own observer. It lives as long as the language is used.
+  void Watch(Observer& watcher) { watchers_.push_back(&watcher); }
+  const std::vector<Observer*>& watchers() const { return watchers_; }
+
   const std::deque<Statement>& statements() const { return statements_; }
   const std::deque<Expectation>& expectations() const { return expectations_; }
   /// Null when there is none of this name.
@@ -95,6 +100,7 @@ class Language {
   std::deque<Statement> statements_;
   std::deque<Expectation> expectations_;
   std::unordered_map<std::string_view, const Statement*> by_name_;
+  std::vector<Observer*> watchers_;
 };
 
 /// The statements that this room knows.

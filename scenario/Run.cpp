@@ -36,6 +36,7 @@ class Runner {
     EndRequest();
     for (const auto& [place, failure] : faults_.NotHappened(run_.card.faults()))
       Tell(place, Kind::kPlan, Failed(failure));
+    for (Observer* watcher : scenario_.language->watchers()) watcher->Ended(scenario_.file, tally_);
     observer_.Ended(scenario_.file, tally_);
     return tally_;
   }
@@ -93,7 +94,9 @@ class Runner {
       checked->request_line = request_.line->number;
       checked->request = StepAt(request_, kind, content).Text();
     }
-    observer_.Took(StepAt(place, kind, content));
+    const Step step = StepAt(place, kind, content);
+    for (Observer* watcher : scenario_.language->watchers()) watcher->Took(step);
+    observer_.Took(step);
     if (auto* trace = std::get_if<Trace>(&content)) {
       run_.last = std::move(*trace);
       request_ = place;

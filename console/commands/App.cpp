@@ -12,6 +12,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   app->footer("Exit status: 0 when every expectation holds, 1 when one fails, 2 for anything unusable.");
   AddRun(*app, console);
   AddCheck(*app, console);
+  AddAudit(*app, console);
   return app;
 }
 

@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
+#include "diagnosis/Ledger.h"
 #include "scenario/Language.h"
 #include "softcard/Card.h"
 
@@ -15,7 +16,8 @@ enum ExitStatus { kAllHold = 0, kSomeFailed = 1, kUnusable = 2 };
 struct Console {
   softcard::Card& card;
   const scenario::Language& language;
-  ExitStatus status = kAllHold;  ///< of the one that was given
+  const diagnosis::Ledger& ledger;  ///< of the scenario that was run last
+  ExitStatus status = kAllHold;     ///< of the one that was given
 };
 
 /// The command with all its subcommands.
@@ -27,6 +29,7 @@ ExitStatus Flushed(ExitStatus status);
 /// Each adds its subcommand, which does its work when `app` is parsed.
 void AddRun(CLI::App& app, Console& console);
 void AddCheck(CLI::App& app, Console& console);
+void AddAudit(CLI::App& app, Console& console);
 
 }  // namespace console
 

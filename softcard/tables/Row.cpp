@@ -18,6 +18,17 @@ int TableDescription::Find(const std::string& column) const {
   return -1;
 }
 
+namespace {
+
+/// A value; quoted when it is several words.
+std::string Shown(calls::Kind kind, const calls::Value& value) {
+  std::string text = calls::Text(kind, value, kLimIdNames);
+  const bool quoted = kind == calls::Kind::kText && text.find(' ') != std::string::npos;
+  return quoted ? '"' + text + '"' : text;
+}
+
+}  // namespace
+
 std::string NameOf(const Row& row) {
   return std::string(row.table->row) + ' ' + calls::Text(row.table->key.kind, row.key, kLimIdNames);
 }
@@ -29,7 +40,7 @@ std::string Text(const Row& row) {
     text += ' ';
     text += column.name;
     text += '=';
-    text += calls::Text(column.kind, row.values[i], kLimIdNames);
+    text += Shown(column.kind, row.values[i]);
   }
   return text;
 }

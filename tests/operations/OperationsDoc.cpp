@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "diagnosis/Operations.h"
 #include "diagnosis/Refusals.h"
 
 namespace {
@@ -19,94 +20,6 @@ using diagnosis::Attempt;
 using diagnosis::Refusal;
 using diagnosis::Rows;
 using Lines = std::vector<std::string>;
-
-/// What an operation starts from, and the request itself.
-struct Case {
-  const char* title;
-  const char* explanation;
-  diagnosis::Situation situation;
-};
-
-#define VRFS "install-vrf 1", "install-vrf 2"
-#define VLAN VRFS, "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"
-#define HOST VLAN, "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09"
-#define INSTALL(REST) "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 " REST
-#define REPLACE(REST) "replace-mpls 30 vlan=10 lim=eth3 mac=00:00:5e:00:01:02 " REST
-
-const Case kCases[] = {
-    {"InitEncapsulationModule", "Both modes are tried, whatever becomes of the first.", {{VRFS}, "init"}},
-    {"InstallVrf", "The platform's status is the result, also when positive.", {{VRFS}, "install-vrf 3"}},
-    {"DestroyVrf", "The platform's status is the result, also when positive.", {{VRFS}, "destroy-vrf 2"}},
-
-    {"InstallVlanOutgoingEncapsulation",
-     "The protocol packet control stays on after every failure. An id that is installed already gets a second set of "
-     "chip objects, the first record stays.",
-     {{VRFS}, "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"}},
-    {"ReplaceVlanOutgoingEncapsulation, same VRF, another VLAN",
-     "The association and the old VLAN's my-station entry stay where they are.",
-     {{VLAN}, "replace-vlan 10 lim=vlan200 vrf=1 mtu=9000 mac=00:00:5e:00:01:02"}},
-    {"ReplaceVlanOutgoingEncapsulation, another VRF",
-     "The stored VLAN leaves the stored VRF before the new pair is associated. Nothing is undone.",
-     {{VLAN}, "replace-vlan 10 lim=vlan200 vrf=2 mtu=9000 mac=00:00:5e:00:01:02"}},
-    {"DestroyVlanOutgoingEncapsulation",
-     "Everything about the VLAN is taken from the interface object. A restored my-station entry has the interface's "
-     "flags, not those of the install.",
-     {{VLAN}, "destroy-vlan 10"}},
-
-    {"InstallHostOutgoingEncapsulation",
-     "One chip object, made last: nothing to undo.",
-     {{VLAN}, "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09"}},
-    {"ReplaceHostOutgoingEncapsulation",
-     "The platform's negative status is the result. A host that is not installed is installed, as above.",
-     {{HOST}, "replace-host 20 vlan=0 lim=eth2 mac=00:00:5e:00:01:02"}},
-    {"DestroyHostOutgoingEncapsulation", "A host that is not installed is a success.", {{HOST}, "destroy-host 20"}},
-
-    {"InstallMplsUnprotectedOutgoingEncapsulation, push of two labels",
-     "A failed install leaves no record.",
-     {{VLAN}, INSTALL("labels=100,200 caps=push")}},
-    {"InstallMplsUnprotectedOutgoingEncapsulation, forward",
-     "As a push, with an initiator that pushes nothing.",
-     {{VLAN}, INSTALL("caps=forward")}},
-    {"InstallMplsUnprotectedOutgoingEncapsulation, swap into a tunnel",
-     "When the egress object is refused, the initiator cleared is that of the VLAN's interface: this is meant.",
-     {{VLAN}, INSTALL("labels=16,300 caps=swap")}},
-    {"InstallMplsUnprotectedOutgoingEncapsulation, swap",
-     "No interface of its own: the record names the VLAN's, which the destroy leaves alone.",
-     {{VLAN}, INSTALL("labels=16 caps=swap")}},
-    {"InstallMplsUnprotectedOutgoingEncapsulation, VC label",
-     "The record names no interface.",
-     {{VLAN}, INSTALL("labels=500 caps=vc")}},
-
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, push",
-     "Nothing is undone and the record keeps its ids after a failure. The update clients are called before the record "
-     "is written.",
-     {{VLAN, INSTALL("labels=100,200 caps=push")}, REPLACE("labels=300 caps=push")}},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap that stays in its tunnel",
-     "Nothing is undone.",
-     {{VLAN, INSTALL("labels=16,300 caps=swap")}, REPLACE("labels=17,301 caps=swap")}},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap out of its tunnel",
-     "Succeeds though the new egress object is refused; the record then holds the negative status.",
-     {{VLAN, INSTALL("labels=16,300 caps=swap")}, REPLACE("labels=17 caps=swap")}},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap into a tunnel",
-     "The new interface is taken back.",
-     {{VLAN, INSTALL("labels=16 caps=swap")}, REPLACE("labels=17,301 caps=swap")}},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap without a tunnel",
-     "",
-     {{VLAN, INSTALL("labels=16 caps=swap")}, REPLACE("labels=17 caps=swap")}},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, swap to label 0",
-     "The egress object is made anew.",
-     {{VLAN, INSTALL("labels=16 caps=swap")}, REPLACE("labels=0 caps=swap")}},
-    {"ReplaceMplsUnprotectedOutgoingEncapsulation, VC label",
-     "",
-     {{VLAN, INSTALL("labels=500 caps=vc")}, REPLACE("labels=501 caps=vc")}},
-
-    {"DestroyMplsUnprotectedOutgoingEncapsulation, push",
-     "Goes through whatever the chip says.",
-     {{VLAN, INSTALL("labels=100 caps=push")}, "destroy-mpls 30"}},
-    {"DestroyMplsUnprotectedOutgoingEncapsulation, VC label",
-     "",
-     {{VLAN, INSTALL("labels=500 caps=vc")}, "destroy-mpls 30"}},
-};
 
 /// Calls that only decode or describe, and cannot fail a request. The card's protocol control is an operation that can
 /// fail; the services that hand it out are not.
@@ -173,11 +86,11 @@ std::string Residue(const Attempt& good, const Attempt& bad) {
              : Cell(Changes(bad.before, bad.after), "nothing");
 }
 
-void Describe(const scenario::Language& language, const Case& c, std::ostream& out) {
-  const diagnosis::Refusals refusals = diagnosis::RefuseEachCall(language, softcard::Card::Get(), c.situation);
+void Describe(const scenario::Language& language, const diagnosis::Operation& operation, std::ostream& out) {
+  const diagnosis::Refusals refusals = diagnosis::RefuseEachCall(language, softcard::Card::Get(), operation.situation);
   const Attempt& good = refusals.unhindered;
-  out << "\n## " << c.title << "\n\n";
-  if (*c.explanation != '\0') out << c.explanation << "\n\n";
+  out << "\n## " << operation.title << "\n\n";
+  if (*operation.explanation != '\0') out << operation.explanation << "\n\n";
   int step = 0;
   for (const std::string& call : CallsFrom(good, 1)) out << ++step << ". `" << call << "`\n";
   out << "\n| refused call | calls after it | failures logged | result | left behind |\n|---|---|---|---|---|\n";
@@ -212,7 +125,7 @@ succeeds in spite of the refusal it shows where the tables differ from what the 
 )";
   scenario::Language language;
   scenario::AddStandard(language);
-  for (const Case& c : kCases) Describe(language, c, out);
+  for (const diagnosis::Operation& operation : diagnosis::Operations()) Describe(language, operation, out);
   softcard::Card::Get().Reset();
   return out.str();
 }

@@ -1,0 +1,63 @@
+#include "diagnosis/Audit.h"
+
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "console/Input.h"
+#include "console/commands/Commands.h"
+#include "scenario/Run.h"
+#include "scenario/Suggestion.h"
+
+namespace console {
+namespace {
+
+/// Is told nothing that it would pass on.
+class Silent : public scenario::Observer {
+ public:
+  void Took(const scenario::Step&) override {}
+  void Ended(const std::string&, const scenario::Tally&) override {}
+};
+
+void Print(const diagnosis::Finding& finding) {
+  std::cout << "  " << finding.object << ": " << finding.problem << "\n    left by:   " << finding.cause
+            << "\n    a packet:  " << finding.packet << "\n    clean up:  " << finding.remedy << '\n';
+}
+
+ExitStatus Audit(const std::vector<std::string>& paths, Console& console) {
+  // All are read first: an unusable one among them means that nothing is run.
+  std::vector<scenario::Scenario> scenarios;
+  const auto named = Scenarios(paths);
+  if (!named) return kUnusable;
+  for (const std::string& path : *named) {
+    auto scenario = Load(console.language, path);
+    if (!scenario) return kUnusable;
+    scenarios.push_back(*std::move(scenario));
+  }
+  ExitStatus status = kAllHold;
+  for (const scenario::Scenario& scenario : scenarios) {
+    Silent silent;
+    scenario::RunScenario(scenario, console.card, {}, silent);
+    const auto findings = diagnosis::Audit(console.card, console.ledger);
+    std::cout << scenario::Printable(scenario.file) << ": "
+              << (findings.empty() ? "clean" : std::to_string(findings.size()) + " finding")
+              << (findings.size() > 1 ? "s\n" : "\n");
+    for (const diagnosis::Finding& finding : findings) Print(finding);
+    if (!findings.empty()) status = kSomeFailed;
+  }
+  return Flushed(status);
+}
+
+}  // namespace
+
+void AddAudit(CLI::App& app, Console& console) {
+  CLI::App* const audit = app.add_subcommand("audit", "Runs scenarios and tells what they leave that does not fit");
+  const auto paths = std::make_shared<std::vector<std::string>>();
+  audit->add_option("FILE", *paths, "Scenarios, or directories of them; - for standard input")
+      ->required()
+      ->type_name("");
+  audit->callback([&console, paths] { console.status = Audit(*paths, console); });
+}
+
+}  // namespace console

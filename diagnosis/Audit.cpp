@@ -1,0 +1,291 @@
+#include "diagnosis/Audit.h"
+
+#include <algorithm>
+#include <set>
+
+#include "diagnosis/Holders.h"
+
+namespace diagnosis {
+namespace {
+
+using Maker = Ledger::Maker;
+
+constexpr char kNone[] = "none can";
+
+std::string Vlan(unsigned vlan_id) { return "vlan" + std::to_string(vlan_id); }
+
+class Auditor {
+ public:
+  Auditor(const softcard::Card& card, const Ledger& ledger)
+      : tables_(card.tables()), ledger_(ledger), holders_(Holders(card, ledger)) {}
+
+  std::vector<Finding> Findings() {
+    for (const Holder& holder : holders_) {
+      if (holder.maker == Maker::kVlan) {
+        CheckVlan(holder);
+      } else {
+        CheckEgress(holder);
+      }
+    }
+    CheckUnaccounted();
+    CheckAssociations();
+    CheckHalfWritten();
+    CheckSwitch();
+    return std::move(findings_);
+  }
+
+ private:
+  /// A row, by the name of its table and its key.
+  struct Place {
+    const char* table;
+    std::int64_t key;
+  };
+
+  /// The request that came last of those that touched one of these rows.
+  std::string Cause(std::initializer_list<Place> places) const {
+    const Ledger::Request* last = nullptr;
+    for (const Place& place : places) {
+      const Ledger::Request* const request = ledger_.LastTouching(TableOf(place.table), place.key);
+      if (request != nullptr && (last == nullptr || request > last)) last = request;
+    }
+    if (last == nullptr) return "unknown";
+    std::string text = "line " + std::to_string(last->line) + ": " + last->text;
+    return last->refused.empty() ? text : text + ", where " + last->refused;
+  }
+
+  void Add(std::string object, std::string problem, std::initializer_list<Place> causes, std::string packet,
+           std::string remedy) {
+    findings_.push_back({std::move(object), std::move(problem), Cause(causes), std::move(packet), std::move(remedy)});
+  }
+
+  static Place Destination(const Holder& holder) {
+    return {"destinations", static_cast<std::int64_t>(static_cast<unsigned>(holder.destination))};
+  }
+  static std::string Request(const char* name, const Holder& holder) {
+    return name + std::to_string(static_cast<unsigned>(holder.destination));
+  }
+
+  static std::string AgainAsReplace(const Holder& holder) {
+    return Request(holder.maker == Maker::kHost ? "replace-host " : "replace-mpls ", holder) +
+           " with the values that it has";
+  }
+
+  void CheckVlan(const Holder& holder) {
+    if (!holder.intf_values) {
+      Add(holder.Name(), "its interface " + std::to_string(holder.intf) + " is gone",
+          {{"intfs", holder.intf}, Destination(holder)}, "what is routed through it is dropped",
+          Request("destroy-mpls ", holder));
+      return;
+    }
+    const unsigned vlan_id = holder.intf_values->vlan_id;
+    const unsigned vrf = holder.intf_values->vrf;
+    intfs_.insert(holder.intf);
+    vlans_.insert(vlan_id);
+    const unsigned* const associated = tables_.associations.Find(vlan_id);
+    if (associated != nullptr && *associated == vrf) {
+      associations_.insert(vlan_id);
+    } else {
+      Add(holder.Name(),
+          "its VLAN " + std::to_string(vlan_id) + " is not associated with VRF " + std::to_string(vrf) +
+              ", so it can no longer be destroyed",
+          {{"intfs", holder.intf}, {"associations", vlan_id}},
+          "packets leave; the VLAN's own are not routed in this VRF", RemedyOfAssociation(holder, vrf));
+    }
+    if (tables_.stations.Find(vlan_id) == nullptr) {
+      Add(holder.Name(), "its VLAN " + std::to_string(vlan_id) + " has no my-station entry",
+          {{"stations", vlan_id}, {"intfs", holder.intf}}, "packets to the router's MAC are not routed",
+          Request("replace-vlan ", holder) + " with the values that it has");
+    }
+    if (tables_.protocol.rows().count(vlan_id) == 0) {
+      Add(holder.Name(), "the protocol packet control of its VLAN " + std::to_string(vlan_id) + " is off",
+          {{"protocol", vlan_id}, {"intfs", holder.intf}}, "protocol packets of the VLAN do not reach the CPU",
+          Request("destroy-vlan ", holder) + ", then the install again");
+    }
+  }
+
+  /// A VLAN that was moved within its VRF can be moved back to where its association stayed.
+  std::string RemedyOfAssociation(const Holder& holder, unsigned vrf) const {
+    for (const auto& [vlan_id, associated] : tables_.associations.rows()) {
+      const bool taken = std::any_of(holders_.begin(), holders_.end(), [id = vlan_id](const Holder& other) {
+        return other.maker == Maker::kVlan && other.intf_values && other.intf_values->vlan_id == id;
+      });
+      if (associated == vrf && !taken) {
+        return Request("replace-vlan ", holder) + " lim=" + Vlan(vlan_id) + " vrf=" + std::to_string(vrf) + " ...";
+      }
+    }
+    return kNone;
+  }
+
+  void CheckEgress(const Holder& holder) {
+    if (holder.OwnsIntf()) intfs_.insert(holder.intf);
+    const std::string forget = Request("destroy-mpls ", holder);
+    if (holder.egress_object == nullptr) {
+      Add(holder.Name(),
+          holder.egress < 0
+              ? "its egress object was refused, the record holds the status " + std::to_string(holder.egress)
+              : "its egress object " + std::to_string(holder.egress) + " is gone",
+          {{"egresses", holder.egress}, Destination(holder)}, "packets are dropped: there is no egress object",
+          forget + ", then the install again");
+      return;
+    }
+    egresses_.insert(holder.egress);
+    const softcard::Egress& egress = *holder.egress_object;
+    if (holder.intf != softcard::kNoIntf && !holder.intf_values) {
+      Add(holder.Name(), "its interface " + std::to_string(holder.intf) + " is gone", {{"intfs", holder.intf}},
+          "packets are dropped: the interface has been deleted",
+          (holder.maker == Maker::kHost ? Request("destroy-host ", holder) : forget) +
+              ", then the install on a new base");
+    } else if (holder.maker == Maker::kMpls && holder.OwnsIntf() && tables_.initiators.Find(holder.intf) == nullptr) {
+      Add(holder.Name(), "its interface " + std::to_string(holder.intf) + " has no tunnel initiator",
+          {{"initiators", holder.intf}}, "packets leave without the tunnel's labels",
+          forget + ", then the install again");
+    }
+    CheckExpMap(holder);
+    const IntfObject* const bound = tables_.intfs.Find(egress.intf);
+    if (bound != nullptr && softcard::ValuesOf(*bound).vlan_id != egress.vlan_id) {
+      Add(holder.Name(),
+          "its egress object is on VLAN " + std::to_string(egress.vlan_id) + ", its interface on VLAN " +
+              std::to_string(softcard::ValuesOf(*bound).vlan_id),
+          {{"intfs", egress.intf}}, "packets leave on the interface's VLAN", AgainAsReplace(holder));
+    }
+    if (holder.maker == Maker::kMpls && egress.drop && tables_.ports.Exists(egress.port)) {
+      Add(holder.Name(), "it drops, and is bound to port " + tables_.ports.Name(egress.port),
+          {{"egresses", holder.egress}}, "packets are dropped", AgainAsReplace(holder));
+    }
+  }
+
+  void CheckExpMap(const Holder& holder) {
+    const softcard::LabelStack* const labels = holder.OwnsIntf() ? tables_.initiators.Find(holder.intf) : nullptr;
+    if (labels == nullptr) return;
+    for (const auto& label : *labels) {
+      if ((label.flags & BCM_MPLS_EGRESS_LABEL_EXP_REMARK) == 0 || label.qos_map_id >= 0) continue;
+      Add(holder.Name(), "its label " + std::to_string(label.label) + " remarks EXP by a map that is none",
+          {{"initiators", holder.intf}}, "packets leave with an EXP that nobody chose", AgainAsReplace(holder));
+    }
+  }
+
+  void CheckUnaccounted() {
+    for (const auto& row : tables_.intfs.rows()) {
+      if (intfs_.count(row.first) == 0) {
+        Unaccounted("intf ", {"intfs", row.first}, "none meets it, unless an egress object is bound to it", kNone);
+      }
+    }
+    for (const auto& row : tables_.initiators.rows()) {
+      if (intfs_.count(row.first) == 0) {
+        Unaccounted("initiator ", {"initiators", row.first}, "it gets these labels where an egress object leads to it",
+                    kNone);
+      }
+    }
+    for (const auto& row : tables_.egresses.rows()) {
+      if (egresses_.count(row.first) == 0) {
+        Unaccounted("egress ", {"egresses", row.first}, "what is still routed to it is sent as before", kNone);
+      }
+    }
+    for (const auto& row : tables_.stations.rows()) {
+      if (vlans_.count(row.first) == 0) {
+        Unaccounted("station ", {"stations", row.first},
+                    "packets to this MAC are routed on the VLAN; an install of the VLAN is refused", kNone);
+      }
+    }
+    for (const auto& row : tables_.protocol.rows()) {
+      if (vlans_.count(row.first) == 0) {
+        const bool installable =
+            tables_.stations.Find(row.first) == nullptr && tables_.associations.Find(row.first) == nullptr;
+        Unaccounted("protocol ", {"protocol", row.first}, "protocol packets of the VLAN still reach the CPU",
+                    installable ? "install-vlan with lim=" + Vlan(row.first) + ", then destroy-vlan" : kNone);
+      }
+    }
+  }
+
+  void Unaccounted(const char* row, const Place& place, const char* packet, std::string remedy) {
+    const bool tunnel = std::string(place.table) == "initiators";
+    Add(row + std::to_string(place.key), "no record accounts for it",
+        {place, {tunnel ? "intfs" : place.table, place.key}}, packet, std::move(remedy));
+  }
+
+  void CheckAssociations() {
+    for (const auto& [vlan_id, vrf] : tables_.associations.rows()) {
+      if (associations_.count(vlan_id) == 0) {
+        Unaccounted("association ", {"associations", vlan_id},
+                    "the VLAN's packets are routed in the VRF; an install of the VLAN is refused", kNone);
+      } else if (!tables_.vrfs.Exists(vrf)) {
+        Add("association " + std::to_string(vlan_id), "its VRF " + std::to_string(vrf) + " is gone", {{"vrfs", vrf}},
+            "the VLAN's packets find no routes", "install-vrf " + std::to_string(vrf));
+      }
+    }
+  }
+
+  /// Rows that are accounted for and yet have values of a request that failed.
+  void CheckHalfWritten() {
+    const auto check = [&](const char* row, const Place& place, const std::string& packet) {
+      if (ledger_.IsHalfWritten(TableOf(place.table), place.key)) {
+        Add(row + std::to_string(place.key), "a request that failed has changed it", {place}, packet,
+            "the same request again");
+      }
+    };
+    for (const int intf : intfs_) {
+      check("intf ", {"intfs", intf}, "packets leave by the new values");
+      if (tables_.initiators.Find(intf) != nullptr) {
+        check("initiator ", {"initiators", intf}, "packets leave with the new labels, by the old egress object");
+      }
+    }
+    for (const int egress : egresses_) check("egress ", {"egresses", egress}, "packets leave by the new values");
+    for (const unsigned vlan_id : vlans_) {
+      if (tables_.stations.Find(vlan_id) != nullptr) {
+        check("station ", {"stations", vlan_id}, "packets to the router's MAC are routed by the new values");
+      }
+    }
+  }
+
+  /// The module sets both modes when it starts.
+  void CheckSwitch() {
+    for (const auto control : {bcmSwitchL3EgressMode, bcmSwitchL3IngressMode}) {
+      const Place place{"switch", control};
+      const bool missing = tables_.switch_controls.rows().count(control) == 0;
+      const bool tried = ledger_.LastTouching(TableOf("switch"), control) != nullptr;
+      if (missing && (tried || !tables_.switch_controls.rows().empty())) {
+        Add("switch " + calls::Text(calls::Kind::kSwitchControl, calls::ToValue(static_cast<int>(control))),
+            "it has not been set", {place}, "packets are not sent through egress objects", "init");
+      }
+    }
+  }
+
+  const softcard::Tables& tables_;
+  const Ledger& ledger_;
+  const std::vector<Holder> holders_;
+  std::vector<Finding> findings_;
+  // What the records account for.
+  std::set<int> intfs_;
+  std::set<int> egresses_;
+  std::set<unsigned> vlans_;
+  std::set<unsigned> associations_;
+};
+
+const softcard::TableDescription kFindings = {"findings",
+                                              "finding",
+                                              softcard::Origin::kMadeByRequests,
+                                              {"object", calls::Kind::kText},
+                                              {{"problem", calls::Kind::kText},
+                                               {"cause", calls::Kind::kText},
+                                               {"packet", calls::Kind::kText},
+                                               {"remedy", calls::Kind::kText}}};
+
+}  // namespace
+
+std::vector<Finding> Audit(const softcard::Card& card, const Ledger& ledger) {
+  return Auditor(card, ledger).Findings();
+}
+
+std::vector<softcard::Row> ToRows(const std::vector<Finding>& findings) {
+  using calls::ToValue;
+  std::vector<softcard::Row> rows;
+  for (const Finding& finding : findings) {
+    rows.push_back(
+        {&kFindings,
+         ToValue(finding.object),
+         {ToValue(finding.problem), ToValue(finding.cause), ToValue(finding.packet), ToValue(finding.remedy)}});
+  }
+  return rows;
+}
+
+}  // namespace diagnosis

@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "diagnosis/Audit.h"
+#include "diagnosis/Operations.h"
+#include "diagnosis/Refusals.h"
+#include "diagnosis/Statements.h"
+#include "scenario/Run.h"
+
+using diagnosis::Attempt;
+using diagnosis::Finding;
+using diagnosis::Operation;
+using diagnosis::Rows;
+using diagnosis::Situation;
+using Lines = std::vector<std::string>;
+
+namespace {
+
+#define VLAN "install-vrf 1", "install-vrf 2", "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"
+#define HOST "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09"
+#define PUSH "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=100,200 caps=push"
+
+class AnAudit : public testing::Test {
+ protected:
+  AnAudit() {
+    AddStandard(language_);
+    AddAudit(language_, ledger_);
+  }
+
+  Attempt Try(const Situation& situation) { return diagnosis::Try(language_, softcard::Card::Get(), situation); }
+  std::vector<Finding> Findings() const { return diagnosis::Audit(softcard::Card::Get(), ledger_); }
+  /// What is found after these lines.
+  std::vector<Finding> After(Lines lines) {
+    const std::string last = lines.back();
+    lines.pop_back();
+    Try({lines, last});
+    return Findings();
+  }
+  /// "OBJECT: PROBLEM" of each.
+  Lines Problems(const Lines& lines) {
+    Lines problems;
+    for (const Finding& finding : After(lines)) problems.push_back(finding.object + ": " + finding.problem);
+    return problems;
+  }
+
+  scenario::Language language_;
+  diagnosis::Ledger ledger_;
+};
+
+bool AreEqual(const Rows& rows, const Rows& others) { return softcard::Texts(rows) == softcard::Texts(others); }
+
+Lines Join(Lines first, const Lines& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+}  // namespace
+
+TEST_F(AnAudit, FindsEveryResidueOfEveryOperationAndTheRequestThatLeftIt) {
+  int residues = 0;
+  for (const Operation& operation : diagnosis::Operations()) {
+    const Attempt good = Try(operation.situation);
+    for (const auto& call : diagnosis::RefuseEachCall(language_, softcard::Card::Get(), operation.situation).refused) {
+      Situation hindered = operation.situation;
+      hindered.before.push_back("fail call=" + std::to_string(call.number) + " result=" + call.status);
+      const Attempt bad = Try(hindered);
+      const bool same_result = bad.trace.result.Text() == good.trace.result.Text();
+      if (AreEqual(bad.after, same_result ? good.after : bad.before)) continue;
+      ++residues;
+      const auto findings = Findings();
+      const std::string cause =
+          "line " + std::to_string(hindered.before.size() + 1) + ": " + operation.situation.request;
+      EXPECT_TRUE(std::any_of(findings.begin(), findings.end(),
+                              [&](const Finding& finding) { return finding.cause.rfind(cause, 0) == 0; }))
+          << operation.title << ", " << call.call.function->name << " refused, " << findings.size() << " findings";
+    }
+  }
+  EXPECT_GT(residues, 25);
+}
+
+TEST_F(AnAudit, FindsNothingOnACleanCard) {
+  for (const Operation& operation : diagnosis::Operations()) {
+    Try(operation.situation);
+    // A VLAN that moves leaves things behind whatever the card says.
+    const bool moves = operation.situation.request.rfind("replace-vlan", 0) == 0;
+    EXPECT_EQ(Findings().empty(), !moves) << operation.title;
+  }
+}
+
+TEST_F(AnAudit, FindsNothingAfterAFailureThatWasUndone) {
+  EXPECT_EQ(Problems({VLAN, "fail EgressManager::CreateEgress result=BCM_E_FULL", PUSH}), Lines{});
+  EXPECT_EQ(Problems({VLAN, "fail IntfManager::DeleteIntf result=BCM_E_FAIL", "destroy-vlan 10"}), Lines{});
+}
+
+TEST_F(AnAudit, NamesTheRequestThePacketAndTheRemedy) {
+  const auto findings = After({VLAN, PUSH, "fail IntfManager::DeleteIntf result=BCM_E_FAIL", "destroy-mpls 30"});
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings[0].object, "intf 2");
+  EXPECT_EQ(findings[0].problem, "no record accounts for it");
+  EXPECT_EQ(findings[0].cause, "line 6: destroy-mpls 30, where IntfManager::DeleteIntf = -11 (Operation failed)");
+  EXPECT_EQ(findings[0].packet, "none meets it, unless an egress object is bound to it");
+  EXPECT_EQ(findings[0].remedy, "none can");
+}
+
+TEST_F(AnAudit, SeesAHostOnATunnelsInterfaceAsNoOwnerOfIt) {
+  EXPECT_EQ(Problems({VLAN, PUSH, "install-host 20 vlan=30 lim=eth1 mac=02:00:00:00:00:09"}), Lines{});
+  EXPECT_EQ(Problems({VLAN, PUSH, "install-host 20 vlan=30 lim=eth1 mac=02:00:00:00:00:09", "destroy-mpls 30"}),
+            Lines{"destination 20: its interface 2 is gone"});
+}
+
+TEST_F(AnAudit, FindsBasesThatAreGone) {
+  EXPECT_EQ(Problems({VLAN, HOST, "destroy-vlan 10"}), Lines{"destination 20: its interface 1 is gone"});
+  EXPECT_EQ(After(Join({VLAN, HOST, "destroy-vlan 10"}, {"destroy-host 20"})).size(), 0U);
+}
+
+TEST_F(AnAudit, FindsAVlanThatCanNoLongerBeDestroyedAndTheWayBack) {
+  const Lines moved = {VLAN, "replace-vlan 10 lim=vlan200 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"};
+  const auto findings = After(moved);
+  ASSERT_FALSE(findings.empty());
+  EXPECT_EQ(findings[0].problem, "its VLAN 200 is not associated with VRF 1, so it can no longer be destroyed");
+  EXPECT_EQ(findings[0].remedy, "replace-vlan 10 lim=vlan100 vrf=1 ...");
+  EXPECT_EQ(Try({moved, "destroy-vlan 10"}).trace.result.Text(), "-1");
+  const Lines back = Join(moved, {"replace-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"});
+  EXPECT_EQ(Try({back, "destroy-vlan 10"}).trace.result.Text(), "0");
+}
+
+TEST_F(AnAudit, BlamesTheMoveForWhatStaysBehindOnTheOldVlan) {
+  for (const Finding& finding : After({VLAN, "replace-vlan 10 lim=vlan200 vrf=2 mtu=1500 mac=00:00:5e:00:01:01"})) {
+    EXPECT_EQ(finding.cause, "line 4: replace-vlan 10 lim=vlan200 vrf=2 mtu=1500 mac=00:00:5e:00:01:01");
+  }
+}
+
+TEST_F(AnAudit, FindsEgressObjectsOnAnotherVlanThanTheirInterface) {
+  const auto problems = Problems({VLAN, HOST, "replace-vlan 10 lim=vlan200 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"});
+  EXPECT_EQ(std::count(problems.begin(), problems.end(),
+                       "destination 20: its egress object is on VLAN 100, its interface on VLAN 200"),
+            1);
+}
+
+TEST_F(AnAudit, FindsRecordsThatWereRefused) {
+  EXPECT_EQ(Problems({VLAN, "install-vlan 10 lim=vlan300 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"}),
+            (Lines{"intf 2: no record accounts for it", "station 300: no record accounts for it",
+                   "protocol 300: no record accounts for it", "association 300: no record accounts for it"}));
+}
+
+TEST_F(AnAudit, FindsAssociationsWhoseVrfIsGone) {
+  EXPECT_EQ(Problems({VLAN, "destroy-vrf 1"}), Lines{"association 100: its VRF 1 is gone"});
+  EXPECT_EQ(Problems({VLAN, "destroy-vrf 1", "install-vrf 1"}), Lines{});
+}
+
+TEST_F(AnAudit, KnowsRemediesThatRemedy) {
+  EXPECT_EQ(Problems({"install-vrf 1", "fail IntfManager::CreateIntf result=BCM_E_FULL",
+                      "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"}),
+            Lines{"protocol 100: no record accounts for it"});
+  EXPECT_EQ(Problems({"install-vrf 1", "fail IntfManager::CreateIntf result=BCM_E_FULL",
+                      "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01",
+                      "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01", "destroy-vlan 10"}),
+            Lines{});
+  const Lines without_labels = {VLAN, PUSH, "fail bcm_mpls_tunnel_initiator_set result=BCM_E_FULL",
+                                "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=300 caps=push"};
+  EXPECT_EQ(Problems(without_labels), Lines{"destination 30: its interface 2 has no tunnel initiator"});
+  EXPECT_EQ(Problems(Join(without_labels, {"destroy-mpls 30", PUSH})), Lines{});
+}
+
+TEST_F(AnAudit, IsAStatementAndAnExpectation) {
+  const auto parsed = scenario::ParseScenario(language_, "test.scn", "install-vrf 1\naudit\nexpect clean\n");
+  EXPECT_TRUE(parsed.complaints.empty());
+  struct Kept : scenario::Observer {
+    void Took(const scenario::Step& step) override {
+      if (const auto* shown = std::get_if<scenario::Shown>(&step.content)) tables = shown->tables;
+    }
+    void Ended(const std::string&, const scenario::Tally& ended) override { tally = ended; }
+    std::vector<scenario::ShownTable> tables;
+    scenario::Tally tally;
+  } kept;
+  scenario::RunScenario(parsed.scenario, softcard::Card::Get(), {}, kept);
+  ASSERT_EQ(kept.tables.size(), 1U);
+  EXPECT_EQ(kept.tables[0].name, "findings");
+  EXPECT_EQ(kept.tally.expectations, 1U);
+  EXPECT_EQ(kept.tally.failed, 0U);
+}
