@@ -100,7 +100,8 @@ Begun ReadBegun(std::string_view text) {
 }  // namespace
 
 const softcard::TableDescription* TableOf(std::string_view name) {
-  for (const softcard::TableDescription* table : softcard::Card::TableDescriptions()) {
+  static const auto tables = softcard::Card::TableDescriptions();
+  for (const softcard::TableDescription* table : tables) {
     if (table->name == name) return table;
   }
   return nullptr;
