@@ -48,7 +48,7 @@ Attempt Try(const scenario::Language& language, softcard::Card& card, const Situ
   for (const std::string& line : situation.before) text += line + '\n';
   const auto parsed = scenario::ParseScenario(language, "situation", text + situation.request + '\n');
   for (const scenario::Complaint& complaint : parsed.complaints) {
-    throw std::invalid_argument(complaint.Text(parsed.scenario.file));
+    throw std::invalid_argument(complaint.Text());
   }
   // Otherwise the first attempt of a process would begin with more on the card than the others.
   scenario::Performer(card).Start();
