@@ -125,9 +125,9 @@ void Ledger::Took(const scenario::Step& step) {
   const auto* const trace = std::get_if<scenario::Trace>(&step.content);
   if (trace == nullptr || step.kind == scenario::Kind::kPacket) return;
   const bool failed = Failed(trace->result);
-  requests_.push_back({step.line, failed, rounds_.size()});
+  requests_.push_back({step.line, failed, step.source.data(), rounds_.size()});
   for (const auto& counter : step.rounds) rounds_.push_back(counter.second);
-  if (sources_.count(step.line) == 0) sources_[step.line] = {std::string(step.source), step.rounds};
+  sources_.try_emplace(step.source.data(), Source{std::string(step.source), step.rounds});
   touched_.clear();
   for (const scenario::TraceLine& line : trace->lines) {
     const auto* const event = std::get_if<calls::Event>(&line.what);
@@ -211,7 +211,7 @@ const std::size_t* Ledger::LastTouching(std::string_view table, std::int64_t key
 
 Ledger::Request Ledger::RequestOf(std::size_t number) const {
   const Made& made = requests_[number];
-  const Source& source = sources_.at(made.line);
+  const Source& source = sources_.at(made.source);
   scenario::Counters counters = source.counters;
   for (std::size_t i = 0; i < counters.size(); ++i) counters[i].second = rounds_[made.rounds + i];
   std::string text;

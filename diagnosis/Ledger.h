@@ -40,6 +40,7 @@ class Ledger : public scenario::Observer {
   struct Made {
     unsigned line;
     bool failed;
+    const char* source;  ///< where the line's text was in its scenario: its place in sources_
     std::size_t rounds;  ///< where the values of its loops' counters begin in rounds_
   };
   struct Source {
@@ -62,7 +63,7 @@ class Ledger : public scenario::Observer {
 
   std::vector<Made> requests_;
   std::vector<std::int64_t> rounds_;
-  std::map<unsigned, Source> sources_;                                                   ///< by line
+  std::map<const char*, Source> sources_;
   std::map<std::size_t, std::string> refused_;                                           ///< by request
   std::map<std::string, std::unordered_map<std::int64_t, Touch>, std::less<>> touches_;  ///< by table and key
   std::map<int, std::int64_t> vlans_;                                                    ///< by interface

@@ -1,5 +1,6 @@
 #include "diagnosis/Audit.h"
 
+#include <deque>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -27,7 +28,7 @@ void Print(const diagnosis::Finding& finding) {
 
 ExitStatus Audit(const std::vector<std::string>& paths, Console& console) {
   // All are read first: an unusable one among them means that nothing is run.
-  std::vector<scenario::Scenario> scenarios;
+  std::deque<scenario::Scenario> scenarios;
   const auto named = Scenarios(paths);
   if (!named) return kUnusable;
   for (const std::string& path : *named) {

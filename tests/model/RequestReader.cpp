@@ -1,5 +1,6 @@
 #include "tests/model/RequestReader.h"
 
+#include <set>
 #include <stdexcept>
 
 #include "scenario/Language.h"
@@ -58,7 +59,8 @@ void Take(const scenario::RequestArguments& arguments, const scenario::Fields& f
 
 Request Read(const std::vector<scenario::Token>& words) {
   const softcard::CardDescription card;
-  TheLanguage().Read(words, {card, {}});
+  std::set<std::string> clients;
+  TheLanguage().Read(words, {card, {}, clients});
   Request request{};
   request.operation = ToOperation(std::string(words[0].text));
   if (request.operation == Operation::kRegister) {
