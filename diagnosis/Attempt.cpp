@@ -14,10 +14,13 @@ class LastLine : public scenario::Observer {
   LastLine(const softcard::Card& card, std::size_t number) : card_(card), number_(number) {}
 
   void Took(const scenario::Step& step) override {
-    if (step.line + 1 == number_) attempt.before = AllRows(card_);
-    if (step.line != number_) return;
-    attempt.trace = std::get<scenario::Trace>(step.content);
-    attempt.after = AllRows(card_);
+    const auto* const trace = std::get_if<scenario::Trace>(&step.content);
+    if (step.line == number_ && trace != nullptr) {
+      attempt.trace = *trace;
+      attempt.after = AllRows(card_);
+    } else if (step.line + 1 == number_) {
+      attempt.before = AllRows(card_);
+    }
   }
   void Ended(const std::string&, const scenario::Tally&) override {}
 

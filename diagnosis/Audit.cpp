@@ -43,14 +43,16 @@ class Auditor {
 
   /// The request that came last of those that touched one of these rows.
   std::string Cause(std::initializer_list<Place> places) const {
-    const Ledger::Request* last = nullptr;
+    const std::size_t* last = nullptr;
     for (const Place& place : places) {
-      const Ledger::Request* const request = ledger_.LastTouching(TableOf(place.table), place.key);
-      if (request != nullptr && (last == nullptr || request > last)) last = request;
+      const std::size_t* const number = ledger_.LastTouching(place.table, place.key);
+      if (number != nullptr && (last == nullptr || *number > *last)) last = number;
     }
     if (last == nullptr) return "unknown";
-    std::string text = "line " + std::to_string(last->line) + ": " + last->text;
-    return last->refused.empty() ? text : text + ", where " + last->refused;
+    const Ledger::Request request = ledger_.RequestOf(*last);
+    const std::string text =
+        request.line == 0 ? "the module's start" : "line " + std::to_string(request.line) + ": " + request.text;
+    return request.refused.empty() ? text : text + ", where " + request.refused;
   }
 
   void Add(std::string object, std::string problem, std::initializer_list<Place> causes, std::string packet,
@@ -58,9 +60,7 @@ class Auditor {
     findings_.push_back({std::move(object), std::move(problem), Cause(causes), std::move(packet), std::move(remedy)});
   }
 
-  static Place Destination(const Holder& holder) {
-    return {"destinations", static_cast<std::int64_t>(static_cast<unsigned>(holder.destination))};
-  }
+  static Place Destination(const Holder& holder) { return {"destinations", holder.destination}; }
   static std::string Request(const char* name, const Holder& holder) {
     return name + std::to_string(static_cast<unsigned>(holder.destination));
   }
@@ -218,7 +218,7 @@ class Auditor {
   /// Rows that are accounted for and yet have values of a request that failed.
   void CheckHalfWritten() {
     const auto check = [&](const char* row, const Place& place, const std::string& packet) {
-      if (ledger_.IsHalfWritten(TableOf(place.table), place.key)) {
+      if (ledger_.IsHalfWritten(place.table, place.key)) {
         Add(row + std::to_string(place.key), "a request that failed has changed it", {place}, packet,
             "the same request again");
       }
@@ -242,7 +242,7 @@ class Auditor {
     for (const auto control : {bcmSwitchL3EgressMode, bcmSwitchL3IngressMode}) {
       const Place place{"switch", control};
       const bool missing = tables_.switch_controls.rows().count(control) == 0;
-      const bool tried = ledger_.LastTouching(TableOf("switch"), control) != nullptr;
+      const bool tried = ledger_.LastTouching("switch", control) != nullptr;
       if (missing && (tried || !tables_.switch_controls.rows().empty())) {
         Add("switch " + calls::Text(calls::Kind::kSwitchControl, calls::ToValue(static_cast<int>(control))),
             "it has not been set", {place}, "packets are not sent through egress objects", "init");

@@ -1,8 +1,7 @@
 #include "diagnosis/Ledger.h"
 
 #include <cstdlib>
-#include <functional>
-#include <string_view>
+#include <utility>
 
 namespace diagnosis {
 namespace {
@@ -37,26 +36,48 @@ constexpr Writer kWriters[] = {
     {"EgressManager::DeleteEgress", "egresses", "egress", Writer::What::kTakesAway},
 };
 
-const Writer* FindWriter(std::string_view function) {
-  for (const Writer& writer : kWriters) {
-    if (writer.function == function) return &writer;
-  }
-  return nullptr;
+const Writer* FindWriter(const calls::Function* function) {
+  static const auto writers = [] {
+    std::unordered_map<const calls::Function*, const Writer*> found;
+    for (const Writer& writer : kWriters) found.emplace(calls::FindFunction(writer.function), &writer);
+    return found;
+  }();
+  const auto found = writers.find(function);
+  return found == writers.end() ? nullptr : found->second;
 }
 
-/// The key that the call has, and a hash of everything else that it is given.
-std::pair<const calls::Value*, std::size_t> KeyAndValues(const calls::Call& call, const Writer& writer) {
+/// FNV-1a over the bytes of a value; what has several parts goes in by its text.
+class Hash {
+ public:
+  void Add(const calls::Argument& argument, const calls::Value& value) {
+    if (const auto* number = std::get_if<std::int64_t>(&value)) {
+      for (int shift = 0; shift < 64; shift += 8) Add(static_cast<unsigned char>(*number >> shift));
+    } else {
+      for (const char c : calls::Text(argument.kind, value)) Add(static_cast<unsigned char>(c));
+    }
+  }
+  /// Never 0.
+  unsigned value() const { return hash_ | 1U; }
+
+ private:
+  void Add(unsigned char byte) { hash_ = (hash_ ^ byte) * 16777619U; }
+
+  unsigned hash_ = 2166136261U;
+};
+
+/// The key that the call has, null when it has none, and a hash of everything else that it is given.
+std::pair<const calls::Value*, unsigned> KeyAndValues(const calls::Call& call, const Writer& writer) {
   const calls::Value* key = writer.key.empty() ? &call.result : nullptr;
-  std::string values;
+  Hash hash;
   for (std::size_t i = 0; i < call.arguments.size(); ++i) {
     const calls::Argument& argument = call.function->arguments[i];
     if (argument.name == writer.key) {
       key = &call.arguments[i];
     } else {
-      values += calls::Text(argument.kind, call.arguments[i]) + ' ';
+      hash.Add(argument, call.arguments[i]);
     }
   }
-  return {key, std::hash<std::string>()(values)};
+  return {key, hash.value()};
 }
 
 void AddRefused(const calls::Call& call, std::string& text) {
@@ -99,51 +120,55 @@ Begun ReadBegun(std::string_view text) {
 
 }  // namespace
 
-const softcard::TableDescription* TableOf(std::string_view name) {
-  static const auto tables = softcard::Card::TableDescriptions();
-  for (const softcard::TableDescription* table : tables) {
-    if (table->name == name) return table;
-  }
-  return nullptr;
-}
-
 void Ledger::Took(const scenario::Step& step) {
   if (ended_) *this = {};
   const auto* const trace = std::get_if<scenario::Trace>(&step.content);
   if (trace == nullptr || step.kind == scenario::Kind::kPacket) return;
-  requests_.push_back({step.line, step.Text(), Failed(trace->result), ""});
+  const bool failed = Failed(trace->result);
+  requests_.push_back({step.line, failed, step.source.data(), rounds_.size()});
+  for (const auto& counter : step.rounds) rounds_.push_back(counter.second);
+  sources_.try_emplace(step.source.data(), Source{std::string(step.source), step.rounds});
   touched_.clear();
   for (const scenario::TraceLine& line : trace->lines) {
     const auto* const event = std::get_if<calls::Event>(&line.what);
     if (event == nullptr) continue;
     if (const auto* call = std::get_if<calls::Call>(event)) {
-      if (calls::IsRefused(*event)) AddRefused(*call, requests_.back().refused);
+      if (calls::IsRefused(*event)) AddRefused(*call, refused_[requests_.size() - 1]);
       Follow(*call);
     } else {
-      Follow(std::get<calls::LogLine>(*event), requests_.back().failed);
+      Follow(std::get<calls::LogLine>(*event), failed);
     }
   }
-  if (requests_.back().failed) return;
-  for (const Key& key : touched_) {
-    Touch& touch = touches_.at(key);
-    touch.settled = touch.written;
-  }
+  if (failed) return;
+  for (Touch* touch : touched_) touch->settled = touch->written;
 }
 
 void Ledger::Ended(const std::string&, const scenario::Tally&) { ended_ = true; }
 
+Ledger::Touch& Ledger::TouchOf(std::string_view table, std::int64_t key) {
+  auto found = touches_.find(table);
+  if (found == touches_.end()) found = touches_.emplace(table, std::unordered_map<std::int64_t, Touch>()).first;
+  return found->second[key];
+}
+
+const Ledger::Touch* Ledger::FindTouch(std::string_view table, std::int64_t key) const {
+  const auto rows = touches_.find(table);
+  if (rows == touches_.end()) return nullptr;
+  const auto touch = rows->second.find(key);
+  return touch == rows->second.end() ? nullptr : &touch->second;
+}
+
 void Ledger::Follow(const calls::Call& call) {
-  const Writer* const writer = FindWriter(call.function->name);
+  const Writer* const writer = FindWriter(call.function);
   if (writer == nullptr) return;
   const auto [value, hash] = KeyAndValues(call, *writer);
   const auto* const number = value == nullptr ? nullptr : std::get_if<std::int64_t>(value);
   const bool refused = calls::IsRefused(call);
   const bool without_id = writer->key.empty() && refused;
   if (number == nullptr || without_id || (writer->what == Writer::What::kLooks && !refused)) return;
-  const Key key{TableOf(writer->table), *number};
-  Touch& touch = touches_[key];
+  Touch& touch = TouchOf(writer->table, *number);
   touch.request = requests_.size() - 1;
-  touched_.push_back(key);
+  touched_.push_back(&touch);
   if (refused) return;
   touch.written = writer->what == Writer::What::kWrites ? hash : 0;
   if (writer->table == "intfs" && writer->what == Writer::What::kWrites) FollowVlan(call, static_cast<int>(*number));
@@ -157,7 +182,7 @@ void Ledger::FollowVlan(const calls::Call& call, int intf) {
     const auto [known, is_new] = vlans_.emplace(intf, vlan_id);
     if (is_new || known->second == vlan_id) return;
     for (const char* table : {"stations", "associations", "protocol"}) {
-      touches_[{TableOf(table), known->second}].request = requests_.size() - 1;
+      TouchOf(table, known->second).request = requests_.size() - 1;
     }
     known->second = vlan_id;
   }
@@ -166,26 +191,38 @@ void Ledger::FollowVlan(const calls::Call& call, int intf) {
 void Ledger::Follow(const calls::LogLine& line, bool failed) {
   const Begun begun = ReadBegun(line.text);
   if (begun.what == Maker::kUnknown) return;
-  const Key key{TableOf("destinations"), begun.destination};
-  touches_[key].request = requests_.size() - 1;
-  if (begun.destroy && !failed) makers_.erase(begun.destination);
+  Touch& touch = TouchOf("destinations", begun.destination);
+  touch.request = requests_.size() - 1;
+  if (failed) return;
+  if (begun.destroy) touch.maker = Maker::kUnknown;
   // A second install is refused its record, and the first maker stays.
-  if (begun.install && !failed) makers_.emplace(begun.destination, begun.what);
+  if (begun.install && touch.maker == Maker::kUnknown) touch.maker = begun.what;
 }
 
 Ledger::Maker Ledger::MakerOf(int destination) const {
-  const auto found = makers_.find(destination);
-  return found == makers_.end() ? Maker::kUnknown : found->second;
+  const Touch* const touch = FindTouch("destinations", destination);
+  return touch == nullptr ? Maker::kUnknown : touch->maker;
 }
 
-const Ledger::Request* Ledger::LastTouching(const softcard::TableDescription* table, std::int64_t key) const {
-  const auto found = touches_.find({table, key});
-  return found == touches_.end() ? nullptr : &requests_[found->second.request];
+const std::size_t* Ledger::LastTouching(std::string_view table, std::int64_t key) const {
+  const Touch* const touch = FindTouch(table, key);
+  return touch == nullptr ? nullptr : &touch->request;
 }
 
-bool Ledger::IsHalfWritten(const softcard::TableDescription* table, std::int64_t key) const {
-  const auto found = touches_.find({table, key});
-  return found != touches_.end() && found->second.written != found->second.settled;
+Ledger::Request Ledger::RequestOf(std::size_t number) const {
+  const Made& made = requests_[number];
+  const Source& source = sources_.at(made.source);
+  scenario::Counters counters = source.counters;
+  for (std::size_t i = 0; i < counters.size(); ++i) counters[i].second = rounds_[made.rounds + i];
+  std::string text;
+  scenario::Substitute({source.text, 0}, counters, text);
+  const auto refused = refused_.find(number);
+  return {made.line, text, refused == refused_.end() ? "" : refused->second};
+}
+
+bool Ledger::IsHalfWritten(std::string_view table, std::int64_t key) const {
+  const Touch* const touch = FindTouch(table, key);
+  return touch != nullptr && touch->written != touch->settled;
 }
 
 }  // namespace diagnosis

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <map>
 #include <string>
-#include <utility>
+#include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "scenario/Step.h"
-#include "softcard/Card.h"
 
 namespace diagnosis {
 
@@ -21,7 +21,6 @@ class Ledger : public scenario::Observer {
   struct Request {
     unsigned line;
     std::string text;
-    bool failed;          ///< a negative result, or it threw
     std::string refused;  ///< the platform calls that were refused, "FUNCTION = RESULT, ..."; empty when none was
   };
 
@@ -30,34 +29,47 @@ class Ledger : public scenario::Observer {
 
   /// What installed the destination, as far as the run has shown.
   Maker MakerOf(int destination) const;
-  /// The last request that wrote the row of this key, or was refused to; null when none has.
-  const Request* LastTouching(const softcard::TableDescription* table, std::int64_t key) const;
+  /// The last request that wrote the row of this key, or was refused to; null when none has. Later ones are greater.
+  const std::size_t* LastTouching(std::string_view table, std::int64_t key) const;
+  Request RequestOf(std::size_t number) const;
   /// Whether a request that failed left other values in the row than the last one that succeeded.
-  bool IsHalfWritten(const softcard::TableDescription* table, std::int64_t key) const;
+  bool IsHalfWritten(std::string_view table, std::int64_t key) const;
 
  private:
-  using Key = std::pair<const softcard::TableDescription*, std::int64_t>;
+  // A card may have a million destinations, so what is kept of each is small: texts are made when they are asked for.
+  struct Made {
+    unsigned line;
+    bool failed;
+    const char* source;  ///< where the line's text was in its scenario: its place in sources_
+    std::size_t rounds;  ///< where the values of its loops' counters begin in rounds_
+  };
+  struct Source {
+    std::string text;
+    scenario::Counters counters;  ///< as in the first round
+  };
   struct Touch {
-    std::size_t request;
-    std::size_t written = 0;  ///< a hash of the values; 0: none, or taken away
-    std::size_t settled = 0;  ///< the same, when a request had last succeeded
+    std::size_t request = 0;
+    unsigned written = 0;  ///< a hash of the values; 0: none, or taken away
+    unsigned settled = 0;  ///< the same, when a request had last succeeded
+    Maker maker = Maker::kUnknown;
   };
 
+  Touch& TouchOf(std::string_view table, std::int64_t key);
+  const Touch* FindTouch(std::string_view table, std::int64_t key) const;
   void Follow(const calls::Call& call);
   /// What lies beside an interface stays where it was when the interface moves to another VLAN.
   void FollowVlan(const calls::Call& call, int intf);
   void Follow(const calls::LogLine& line, bool failed);
 
-  std::vector<Request> requests_;
-  std::map<Key, Touch> touches_;
-  std::map<int, Maker> makers_;
-  std::map<int, std::int64_t> vlans_;  ///< by interface
-  std::vector<Key> touched_;           ///< by the request under way
+  std::vector<Made> requests_;
+  std::vector<std::int64_t> rounds_;
+  std::map<const char*, Source> sources_;
+  std::map<std::size_t, std::string> refused_;                                           ///< by request
+  std::map<std::string, std::unordered_map<std::int64_t, Touch>, std::less<>> touches_;  ///< by table and key
+  std::map<int, std::int64_t> vlans_;                                                    ///< by interface
+  std::vector<Touch*> touched_;                                                          ///< by the request under way
   bool ended_ = false;
 };
-
-/// The table of this name.
-const softcard::TableDescription* TableOf(std::string_view name);
 
 }  // namespace diagnosis
 

@@ -13,7 +13,7 @@ std::vector<calls::Call> CallsOf(const Attempt& attempt) {
 }
 
 std::string RefusalBy(const calls::Function& function) {
-  return function.result == calls::Result::kFound ? "0" : "BCM_E_FAIL";
+  return function.result == calls::Result::kFound ? "false" : "BCM_E_FAIL";
 }
 
 Refusals RefuseEachCall(const scenario::Language& language, softcard::Card& card, const Situation& situation) {

@@ -1,5 +1,6 @@
 #include "diagnosis/Audit.h"
 
+#include <deque>
 #include <iostream>
 #include <memory>
 #include <string>
@@ -8,6 +9,7 @@
 #include "console/Input.h"
 #include "console/commands/Commands.h"
 #include "scenario/Run.h"
+#include "scenario/Suggestion.h"
 
 namespace console {
 namespace {
@@ -26,8 +28,10 @@ void Print(const diagnosis::Finding& finding) {
 
 ExitStatus Audit(const std::vector<std::string>& paths, Console& console) {
   // All are read first: an unusable one among them means that nothing is run.
-  std::vector<scenario::Scenario> scenarios;
-  for (const std::string& path : paths) {
+  std::deque<scenario::Scenario> scenarios;
+  const auto named = Scenarios(paths);
+  if (!named) return kUnusable;
+  for (const std::string& path : *named) {
     auto scenario = Load(console.language, path);
     if (!scenario) return kUnusable;
     scenarios.push_back(*std::move(scenario));
@@ -37,7 +41,8 @@ ExitStatus Audit(const std::vector<std::string>& paths, Console& console) {
     Silent silent;
     scenario::RunScenario(scenario, console.card, {}, silent);
     const auto findings = diagnosis::Audit(console.card, console.ledger);
-    std::cout << scenario.file << ": " << (findings.empty() ? "clean" : std::to_string(findings.size()) + " finding")
+    std::cout << scenario::Printable(scenario.file) << ": "
+              << (findings.empty() ? "clean" : std::to_string(findings.size()) + " finding")
               << (findings.size() > 1 ? "s\n" : "\n");
     for (const diagnosis::Finding& finding : findings) Print(finding);
     if (!findings.empty()) status = kSomeFailed;
@@ -50,7 +55,9 @@ ExitStatus Audit(const std::vector<std::string>& paths, Console& console) {
 void AddAudit(CLI::App& app, Console& console) {
   CLI::App* const audit = app.add_subcommand("audit", "Runs scenarios and tells what they leave that does not fit");
   const auto paths = std::make_shared<std::vector<std::string>>();
-  audit->add_option("FILE", *paths, "The scenarios, - for standard input")->required()->type_name("");
+  audit->add_option("FILE", *paths, "Scenarios, or directories of them; - for standard input")
+      ->required()
+      ->type_name("");
   audit->callback([&console, paths] { console.status = Audit(*paths, console); });
 }
 

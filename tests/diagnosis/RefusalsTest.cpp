@@ -40,7 +40,7 @@ TEST(ARefusal, IsOfTheCallWithItsNumberAndOfThatOneAlone) {
     for (unsigned long number = 1; number <= calls.size(); ++number) {
       EXPECT_EQ(calls[number - 1].injected, number == refusal.number) << refusal.call.function->name;
     }
-    EXPECT_EQ(std::get<std::int64_t>(calls.at(refusal.number - 1).result), refusal.status == "0" ? 0 : BCM_E_FAIL);
+    EXPECT_EQ(std::get<std::int64_t>(calls.at(refusal.number - 1).result), refusal.status == "false" ? 0 : BCM_E_FAIL);
   }
 }
 
@@ -56,7 +56,7 @@ TEST(ARefusal, ShowsWhatTheRequestReturnedAndTheRowsBeforeAndAfter) {
 }
 
 TEST(ALookup, IsRefusedAsNotFoundAndEveryOtherCallAsFailed) {
-  EXPECT_EQ(diagnosis::RefusalBy(*calls::FindFunction("IntfManager::GetIntfObject")), "0");
+  EXPECT_EQ(diagnosis::RefusalBy(*calls::FindFunction("IntfManager::GetIntfObject")), "false");
   EXPECT_EQ(diagnosis::RefusalBy(*calls::FindFunction("IntfManager::CreateIntf")), "BCM_E_FAIL");
 }
 
