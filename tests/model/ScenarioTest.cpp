@@ -57,7 +57,7 @@ TEST(AScenarioPrintedForRandomRequests, MakesTheSameCallsAndLogLinesInTheConsole
   for (unsigned long seed = 1; seed <= 50; ++seed) {
     const auto requests = Generator(seed).Sequence(30);
     const auto parsed = scenario::ParseScenario(language, "printed", Scenario(requests));
-    ASSERT_TRUE(parsed.complaints.empty()) << parsed.complaints[0].Text("printed");
+    ASSERT_TRUE(parsed.complaints.empty()) << parsed.complaints[0].Text();
     OnTheModule(requests);  // makes the clients known: a name that is new logs less
     const auto lines = OnTheModule(requests);
     ASSERT_EQ(InTheConsole(parsed.scenario), lines) << "seed " << seed << '\n' << Scenario(requests);
