@@ -23,6 +23,12 @@ std::string LimId(const std::string& name) {
   return std::string(" lim=") + (absent ? "absent:" : "") + name;
 }
 
+/// A lookup finds or does not.
+std::string ResultText(const Fault& fault) {
+  if (fault.function == "IntfManager::GetIntfObject") return fault.result != 0 ? "true" : "false";
+  return std::to_string(fault.result);
+}
+
 std::string ClientText(const Request& request) {
   const std::string start = "client " + request.client;
   switch (request.kind) {
@@ -86,7 +92,7 @@ std::string Scenario(const std::vector<Request>& requests) {
   for (const auto& request : requests) {
     for (const auto& fault : request.faults) {
       text += "fail " + (fault.function.empty() ? "call=" : fault.function + " nth=") + std::to_string(fault.nth) +
-              " result=" + std::to_string(fault.result) + '\n';
+              " result=" + ResultText(fault) + '\n';
     }
     text += RequestText(request) + '\n';
     if (!request.faults.empty()) text += "clear-faults\n";

@@ -34,7 +34,7 @@ struct Listener : scenario::Observer {
     if (trace == nullptr) return;
     for (const scenario::TraceLine& line : trace->lines) {
       if (line.kind() == scenario::TraceLine::Kind::kCall || line.kind() == scenario::TraceLine::Kind::kLog) {
-        lines.push_back(line.Text());
+        lines.push_back(calls::UnmarkedText(std::get<calls::Event>(line.what), softcard::kLimIdNames));
       }
     }
   }
