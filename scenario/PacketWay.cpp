@@ -1,8 +1,10 @@
 #include "scenario/PacketWay.h"
 
+#include <algorithm>
 #include <numeric>
 
-#include "softcard/packets/Forwarding.h"
+#include "softcard/packets/StoryText.h"
+#include "softcard/packets/Way.h"
 
 namespace scenario {
 namespace {
@@ -36,34 +38,57 @@ void Append(std::string& text, const Bytes& bytes, std::size_t begin, std::size_
   }
 }
 
-std::string FrameText(const Bytes& frame) {
-  constexpr std::size_t kHeaderParts[] = {0, 6, 12, 16, 18};  // destination, source, tag, type
-  std::string text = "frame";
-  for (std::size_t i = 1; i < std::size(kHeaderParts); ++i) Append(text, frame, kHeaderParts[i - 1], kHeaderParts[i]);
-  std::size_t at = kHeaderParts[4];
-  bool label = (frame[16] << 8 | frame[17]) == softcard::kEtherTypeMpls;
-  for (; label; at += 4) {
-    Append(text, frame, at, at + 4);
-    const bool bottom = (frame[at + 2] & 1) != 0;
-    label = !bottom;
+/// The steps from the egress object on, and the frame in hexadecimal.
+class Lines : public softcard::Story {
+ public:
+  explicit Lines(const softcard::Ports& ports) : ports_(ports) {}
+
+  void Tell(const softcard::Step& step) override {
+    using namespace softcard;
+    if (const auto* label = std::get_if<LabelLayer>(&step)) {
+      ++labels_;
+      lines_.push_back("push label=" + std::to_string(label->entry.label) + " exp=" + std::to_string(label->entry.exp) +
+                       " ttl=" + std::to_string(label->entry.ttl));
+    } else if (const auto* dropped = std::get_if<DroppedStep>(&step)) {
+      lines_.push_back("dropped: " + dropped->reason);
+    } else if (const auto* sent = std::get_if<SentStep>(&step)) {
+      lines_.push_back(StepText(step, ports_));
+      lines_.push_back(FrameText(sent->frame));
+    } else if (const auto* row = std::get_if<Row>(&step)) {
+      const TableDescription* const told[] = {&EgressTable::kDescription, &IntfTable::kDescription,
+                                              &InitiatorTable::kDescription};
+      if (std::count(std::begin(told), std::end(told), row->table)) lines_.push_back(Text(*row));
+    } else if (std::get_if<ToCpuStep>(&step)) {
+      lines_.push_back(StepText(step, ports_));
+    }
   }
-  Append(text, frame, at, frame.size());
-  return text;
-}
+  std::vector<std::string>& lines() { return lines_; }
+
+ private:
+  std::string FrameText(softcard::View view) const {
+    const Bytes frame(view.data, view.data + view.size);
+    const std::size_t parts[] = {0, 6, 12, 16, 18};  // destination, source, tag, type
+    std::string text = "frame";
+    for (std::size_t i = 1; i < std::size(parts); ++i) Append(text, frame, parts[i - 1], parts[i]);
+    std::size_t at = 18;
+    for (unsigned i = 0; i < labels_; ++i, at += 4) Append(text, frame, at, at + 4);
+    Append(text, frame, at, frame.size());
+    return text;
+  }
+
+  const softcard::Ports& ports_;
+  std::vector<std::string> lines_;
+  unsigned labels_ = 0;
+};
 
 }  // namespace
 
 std::vector<std::string> PacketWay(const softcard::Card& card, const RoutedPacket& packet) {
-  const auto& records = card.common().destination_id_correlators;
-  const auto record = records.find(static_cast<int>(packet.id));
-  if (record == records.end()) return {"dropped: destination " + std::to_string(packet.id) + " is not installed"};
-  const int egress_id = record->second.egress_id;
-  if (egress_id == 0) {
-    return {"dropped: destination " + std::to_string(packet.id) + " is a VLAN, not a way to a next hop"};
-  }
-  softcard::Outcome outcome = softcard::Forward(card.tables(), egress_id, softcard::Packet::Ip(Ipv4Packet(packet)));
-  if (outcome.fate == softcard::Outcome::Fate::kSent) outcome.trace.push_back(FrameText(outcome.frame));
-  return std::move(outcome.trace);
+  Bytes frame;
+  Lines lines(card.tables().ports);
+  softcard::Send(card.tables(), card.common().destination_id_correlators, packet.id, softcard::Carried::kIp,
+                 Ipv4Packet(packet), &frame, &lines);
+  return std::move(lines.lines());
 }
 
 }  // namespace scenario

@@ -5,25 +5,10 @@
 #include <type_traits>
 #include <utility>
 
+#include "softcard/tables/Destinations.h"
+
 namespace softcard {
 namespace {
-
-const TableDescription kDestinations = {"destinations",
-                                        "destination",
-                                        Origin::kMadeByRequests,
-                                        {"id", calls::Kind::kNumber},
-                                        {{"intf", calls::Kind::kNumber}, {"egress", calls::Kind::kNumber}}};
-
-std::vector<Row> DestinationRows(const HalBcmCommon& common) {
-  std::vector<Row> rows;
-  for (const auto& [id, record] : common.destination_id_correlators) {
-    // Callers know the id as unsigned.
-    rows.push_back({&kDestinations,
-                    calls::ToValue(static_cast<unsigned>(id)),
-                    {calls::ToValue(record.intf_id), calls::ToValue(record.egress_id)}});
-  }
-  return rows;
-}
 
 /// A table of the card as everybody sees it.
 struct ShownTable {
@@ -53,7 +38,8 @@ const ShownTable kShownTables[] = {
      [](const Card& card) { return card.tables().ports.port_count(); }},
     {&Ports::kLagDescription, [](const Card& card) { return card.tables().ports.LagRows(); },
      [](const Card& card) { return card.tables().ports.lag_count(); }},
-    {&kDestinations, [](const Card& card) { return DestinationRows(card.common()); },
+    {&kDestinationDescription,
+     [](const Card& card) { return softcard::Rows(card.common().destination_id_correlators); },
      [](const Card& card) { return card.common().destination_id_correlators.size(); }},
 };
 

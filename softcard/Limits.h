@@ -6,6 +6,9 @@ namespace softcard {
 
 constexpr unsigned kNoLabel = 0xFFFFFFFF;
 constexpr unsigned kLastLabel = 0xFFFFF;  ///< labels have 20 bits
+constexpr unsigned kExplicitNullV4 = 0;   ///< on the wire: the end of the path, IPv4 below
+constexpr unsigned kExplicitNullV6 = 2;   ///< IPv6 below
+constexpr unsigned kImplicitNull = 3;     ///< never on the wire: stands for no label
 constexpr int kMaxLabels = 2;             ///< that a tunnel initiator pushes
 constexpr unsigned char kLastExp = 7;
 constexpr int kNoIntf = -1;

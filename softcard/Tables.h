@@ -6,7 +6,10 @@
 #include "softcard/tables/EgressTable.h"
 #include "softcard/tables/InitiatorTable.h"
 #include "softcard/tables/IntfTable.h"
+#include "softcard/tables/LabelTable.h"
+#include "softcard/tables/PortTables.h"
 #include "softcard/tables/Ports.h"
+#include "softcard/tables/RouteTable.h"
 #include "softcard/tables/StationTable.h"
 #include "softcard/tables/VrfTables.h"
 
@@ -22,7 +25,12 @@ struct Tables {
         stations(description.vlans),
         vrfs(description.vrfs),
         associations(description.vlans),
-        protocol(description.vlans) {}
+        protocol(description.vlans),
+        routes(description.routes),
+        labels(description.labels),
+        attachments(description.front_ports),
+        lags(description.lags),
+        exp_maps(description.exp_maps) {}
 
   Ports ports;
   IntfTable intfs;
@@ -33,6 +41,12 @@ struct Tables {
   AssociationTable associations;
   ProtocolControl protocol;
   SwitchControls switch_controls;
+  // What other modules of a card fill.
+  RouteTable routes;
+  LabelTable labels;
+  AttachTable attachments;
+  LagTable lags;
+  ExpMaps exp_maps;
 };
 
 }  // namespace softcard

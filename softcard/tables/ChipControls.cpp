@@ -19,7 +19,9 @@ int ProtocolControl::Disable(unsigned vlan_id) {
 
 std::vector<Row> ProtocolControl::Rows() const {
   std::vector<Row> result;
-  for (const auto& row : rows()) result.push_back({&kDescription, calls::ToValue(row.first), {calls::ToValue("on")}});
+  for (const auto& row : Sorted(rows())) {
+    result.push_back({&kDescription, calls::ToValue(row.first), {calls::ToValue("on")}});
+  }
   return result;
 }
 
@@ -33,7 +35,7 @@ int SwitchControls::Set(bcm_switch_control_t control, int mode) {
 
 std::vector<Row> SwitchControls::Rows() const {
   std::vector<Row> result;
-  for (const auto& [control, mode] : rows()) {
+  for (const auto& [control, mode] : Sorted(rows())) {
     result.push_back({&kDescription, calls::ToValue(static_cast<int>(control)), {calls::ToValue(mode)}});
   }
   return result;

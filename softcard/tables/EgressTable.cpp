@@ -60,7 +60,7 @@ Row MakeRow(int egress_id, const Egress& egress, const Ports& ports) {
 
 std::vector<Row> EgressTable::Rows(const Ports& ports) const {
   std::vector<Row> result;
-  for (const auto& [egress_id, egress] : rows()) result.push_back(MakeRow(egress_id, egress, ports));
+  for (const auto& [egress_id, egress] : Sorted(rows())) result.push_back(MakeRow(egress_id, egress, ports));
   return result;
 }
 

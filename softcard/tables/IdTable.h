@@ -3,9 +3,10 @@
 
 #include <cstddef>
 #include <limits>
-#include <map>
+#include <unordered_map>
 
 #include "bcm/error.h"
+#include "softcard/tables/Sorted.h"
 
 namespace softcard {
 
@@ -20,10 +21,9 @@ class IdTable {
   int Add(const Row& row) {
     if (rows_.size() >= size_) return BCM_E_FULL;
     int id = 0;
-    // A new id is the highest of all, until the ids have gone around.
     for (const std::size_t used = rows_.size(); rows_.size() == used; Advance()) {
       id = next_id_;
-      rows_.try_emplace(rows_.end(), id, row);
+      rows_.try_emplace(id, row);
     }
     return id;
   }
@@ -36,7 +36,7 @@ class IdTable {
   }
   const Row* Find(int id) const { return const_cast<IdTable*>(this)->Find(id); }
 
-  const std::map<int, Row>& rows() const { return rows_; }
+  const std::unordered_map<int, Row>& rows() const { return rows_; }
   unsigned size() const { return size_; }
 
  private:
@@ -45,7 +45,7 @@ class IdTable {
   int first_id_;
   unsigned size_;
   int next_id_;
-  std::map<int, Row> rows_;
+  std::unordered_map<int, Row> rows_;
 };
 
 }  // namespace softcard

@@ -31,7 +31,7 @@ Row MakeRow(int intf, const LabelStack& stack) {
 
 std::vector<Row> InitiatorTable::Rows() const {
   std::vector<Row> result;
-  for (const auto& [intf, stack] : rows()) result.push_back(MakeRow(intf, stack));
+  for (const auto& [intf, stack] : Sorted(rows())) result.push_back(MakeRow(intf, stack));
   return result;
 }
 

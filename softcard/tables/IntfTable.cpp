@@ -32,7 +32,7 @@ Row MakeRow(const IntfObject& intf) {
 
 std::vector<Row> IntfTable::Rows() const {
   std::vector<Row> result;
-  for (const auto& row : rows()) result.push_back(MakeRow(row.second));
+  for (const auto& row : Sorted(rows())) result.push_back(MakeRow(row.second));
   return result;
 }
 

@@ -1,9 +1,10 @@
 #ifndef SOFTCARD_TABLES_KEY_TABLE_H
 #define SOFTCARD_TABLES_KEY_TABLE_H
 
-#include <map>
+#include <unordered_map>
 
 #include "bcm/error.h"
+#include "softcard/tables/Sorted.h"
 
 namespace softcard {
 
@@ -31,12 +32,12 @@ class KeyTable {
     return row == rows_.end() ? nullptr : &row->second;
   }
 
-  const std::map<Key, Row>& rows() const { return rows_; }
+  const std::unordered_map<Key, Row>& rows() const { return rows_; }
   unsigned size() const { return size_; }
 
  private:
   unsigned size_;
-  std::map<Key, Row> rows_;
+  std::unordered_map<Key, Row> rows_;
 };
 
 }  // namespace softcard

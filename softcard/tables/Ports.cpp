@@ -18,10 +18,8 @@ Ports::Ports(const CardDescription& description)
 
 limid_t Ports::limid(int port) const {
   if (port == 0) return MakeLimId(limid_type_cpuport, 0);
-  if (port > 0 && port <= front_ports_) return MakeLimId(limid_type_ethernet, static_cast<unsigned>(port));
-  if (port > lag_base_ && port <= lag_base_ + lags_) {
-    return MakeLimId(limid_type_lag, static_cast<unsigned>(port - lag_base_));
-  }
+  if (IsEthernet(port)) return MakeLimId(limid_type_ethernet, static_cast<unsigned>(port));
+  if (IsLag(port)) return MakeLimId(limid_type_lag, static_cast<unsigned>(port - lag_base_));
   return {0};
 }
 

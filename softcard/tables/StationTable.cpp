@@ -45,7 +45,7 @@ Row MakeRow(unsigned vlan_id, const Station& station) {
 
 std::vector<Row> StationTable::Rows() const {
   std::vector<Row> result;
-  for (const auto& [vlan_id, station] : rows()) result.push_back(MakeRow(vlan_id, station));
+  for (const auto& [vlan_id, station] : Sorted(rows())) result.push_back(MakeRow(vlan_id, station));
   return result;
 }
 

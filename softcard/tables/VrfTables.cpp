@@ -12,7 +12,7 @@ const TableDescription VrfTable::kDescription = {
 
 std::vector<Row> VrfTable::Rows() const {
   std::vector<Row> result;
-  for (const auto& [vrf, flags] : rows()) result.push_back({&kDescription, ToValue(vrf), {ToValue(flags)}});
+  for (const auto& [vrf, flags] : Sorted(rows())) result.push_back({&kDescription, ToValue(vrf), {ToValue(flags)}});
   return result;
 }
 
@@ -32,8 +32,12 @@ int AssociationTable::Dissociate(unsigned vlan_id, unsigned vrf) {
 
 std::vector<Row> AssociationTable::Rows() const {
   std::vector<Row> result;
-  for (const auto& [vlan_id, vrf] : rows()) result.push_back({&kDescription, ToValue(vlan_id), {ToValue(vrf)}});
+  for (const auto& [vlan_id, vrf] : Sorted(rows())) result.push_back(MakeRow(vlan_id, vrf));
   return result;
+}
+
+Row MakeRow(unsigned vlan_id, unsigned vrf) {
+  return {&AssociationTable::kDescription, ToValue(vlan_id), {ToValue(vrf)}};
 }
 
 }  // namespace softcard

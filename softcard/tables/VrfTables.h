@@ -45,6 +45,9 @@ class AssociationTable : KeyTable<unsigned, unsigned> {
   std::vector<Row> Rows() const;
 };
 
+/// Of an association.
+Row MakeRow(unsigned vlan_id, unsigned vrf);
+
 }  // namespace softcard
 
 #endif

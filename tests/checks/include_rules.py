@@ -21,7 +21,7 @@ ROOMS = {
     "router": ["include/", "softcard/tables/"],
     "serve": ["scenario/", "router/", "softcard/"],
     "console": ["serve/", "router/", "diagnosis/", "recorder/", "scenario/", "softcard/", "calls/", "src/", *GROUND],
-    "bench": GROUND,
+    "bench": ["softcard/", *GROUND],
     "cmake": GROUND,
     "tests": [""],
 }

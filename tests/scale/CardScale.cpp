@@ -14,7 +14,8 @@
 
 #include "HalL3MplsEncapsulationInterface.h"
 #include "softcard/Card.h"
-#include "softcard/packets/Forwarding.h"
+#include "softcard/packets/StoryText.h"
+#include "softcard/packets/Way.h"
 
 namespace {
 
@@ -88,14 +89,15 @@ void MeasurePackets() {
                                                               {100, 200}, {HAL_MPLS_CAPABILITY_PUSH},
                                                               HAL_ACTION_NONE) == 0,
          "the tunnel");
-  const int egress_id = softcard::Card::Get().common().destination_id_correlators.at(2).egress_id;
-  softcard::Bytes ip(64);
-  ip[0] = 0x45;
-  const auto packet = softcard::Packet::Ip(ip);
+  const softcard::Card& card = softcard::Card::Get();
+  const softcard::Bytes ip = {0x45, 0, 0, 20, 0, 0, 0, 0, 63, 17, 0x3f, 0xa3, 192, 0, 2, 1, 198, 51, 100, 1};
+  softcard::Bytes frame;
   const auto start = Clock::now();
   for (unsigned int i = 0; i < kPackets; ++i) {
-    const auto outcome = softcard::Forward(softcard::Card::Get().tables(), egress_id, packet);
-    Expect(outcome.fate == softcard::Outcome::Fate::kSent, "sending a packet");
+    softcard::StoryLines story(card.tables().ports);
+    const auto way = softcard::Send(card.tables(), card.common().destination_id_correlators, 2, softcard::Carried::kIp,
+                                    ip, &frame, &story);
+    Expect(way.fate == softcard::Way::Fate::kSent, "sending a packet");
   }
   const std::chrono::duration<double> spent = Clock::now() - start;
   std::printf("card packets-per-second %.0f\n", kPackets / spent.count());

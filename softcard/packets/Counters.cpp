@@ -1,0 +1,61 @@
+#include "softcard/packets/Counters.h"
+
+#include <map>
+
+namespace softcard {
+
+Counters::PortCount& Counters::Port(int port) {
+  const auto index = static_cast<std::size_t>(port);
+  if (index >= ports_.size()) ports_.resize(index + 1);
+  return ports_[index];
+}
+
+void Counters::Injected(int port, const Way& way, std::size_t in, std::size_t out) {
+  const bool port_exists = way.fate != Way::Fate::kDropped || way.drop != Drop::kNoPort;
+  if (port_exists) Port(port).in.Add(in);
+  Sent(way, in, out);
+}
+
+void Counters::Sent(const Way& way, std::size_t in, std::size_t out) {
+  if (way.fate == Way::Fate::kDropped) return drops_[static_cast<std::size_t>(way.drop)].Add(in);
+  if (way.destination) destinations_[*way.destination].Add(out);
+  Port(way.port).out.Add(out);
+}
+
+Count Counters::destination(unsigned id) const {
+  const auto found = destinations_.find(id);
+  return found == destinations_.end() ? Count() : found->second;
+}
+
+Count Counters::in(int port) const {
+  const auto index = static_cast<std::size_t>(port);
+  return index < ports_.size() ? ports_[index].in : Count();
+}
+
+Count Counters::out(int port) const {
+  const auto index = static_cast<std::size_t>(port);
+  return index < ports_.size() ? ports_[index].out : Count();
+}
+
+std::vector<std::string> Counters::Rows(const Ports& ports) const {
+  std::vector<std::string> lines;
+  const auto append = [&](const std::string& what, const Count& count) {
+    if (count.packets > 0) {
+      lines.push_back("counter " + what + ": packets=" + std::to_string(count.packets) +
+                      " bytes=" + std::to_string(count.bytes));
+    }
+  };
+  for (const auto& [id, count] : std::map<unsigned, Count>(destinations_.begin(), destinations_.end())) {
+    append("destination " + std::to_string(id), count);
+  }
+  for (int port = 0; port < static_cast<int>(ports_.size()); ++port) {
+    append(ports.Name(port) + " in", in(port));
+    append(ports.Name(port) + " out", out(port));
+  }
+  for (int drop = 0; drop < kDrops; ++drop) {
+    append(std::string("drop ") + DropName(static_cast<Drop>(drop)), drops_[static_cast<std::size_t>(drop)]);
+  }
+  return lines;
+}
+
+}  // namespace softcard

@@ -1,0 +1,75 @@
+#ifndef SOFTCARD_PACKETS_FRAME_H
+#define SOFTCARD_PACKETS_FRAME_H
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+/// What frames are made of. Numbers stand in them in network byte order, whatever the host's.
+namespace softcard {
+
+using Bytes = std::vector<unsigned char>;
+
+/// Bytes that belong to somebody else.
+struct View {
+  View(const unsigned char* begin, std::size_t length) : data(begin), size(length) {}
+  View(const Bytes& bytes) : data(bytes.data()), size(bytes.size()) {}  // NOLINT: bytes are looked at as they are
+
+  View From(std::size_t offset) const { return {data + offset, size - offset}; }
+
+  const unsigned char* data;
+  std::size_t size;
+};
+
+constexpr std::size_t kMacBytes = 6;
+constexpr std::size_t kEthernetBytes = 14;  ///< two addresses and the type
+constexpr std::size_t kTagBytes = 4;
+constexpr std::size_t kLabelBytes = 4;
+constexpr std::size_t kIpv4Bytes = 20;  ///< without options
+constexpr std::size_t kIpv6Bytes = 40;
+constexpr std::size_t kIpv4Addresses = 12;  ///< where they begin, the source's first
+constexpr std::size_t kIpv6Addresses = 8;
+
+constexpr unsigned kEtherTypeIpv4 = 0x0800;
+constexpr unsigned kEtherTypeVlan = 0x8100;
+constexpr unsigned kEtherTypeIpv6 = 0x86DD;
+constexpr unsigned kEtherTypeMpls = 0x8847;
+
+inline unsigned Get16(const unsigned char* at) { return static_cast<unsigned>(at[0] << 8 | at[1]); }
+inline uint32_t Get32(const unsigned char* at) { return uint32_t{Get16(at)} << 16 | Get16(at + 2); }
+inline void Put16(unsigned char* at, unsigned value) {
+  at[0] = static_cast<unsigned char>(value >> 8);
+  at[1] = static_cast<unsigned char>(value);
+}
+inline void Put32(unsigned char* at, uint32_t value) {
+  Put16(at, value >> 16);
+  Put16(at + 2, value);
+}
+
+/// An entry of a label stack: 20 bits of label, 3 of EXP, the bottom-of-stack bit, 8 of TTL.
+struct StackEntry {
+  unsigned label;
+  unsigned exp;
+  bool bottom;
+  unsigned ttl;
+};
+
+inline StackEntry GetEntry(const unsigned char* at) {
+  const uint32_t word = Get32(at);
+  return {word >> 12, word >> 9 & 7, (word >> 8 & 1) != 0, word & 0xFF};
+}
+inline void PutEntry(unsigned char* at, const StackEntry& entry) {
+  Put32(at, entry.label << 12 | entry.exp << 9 | (entry.bottom ? 0x100U : 0U) | entry.ttl);
+}
+
+/// The ones' complement sum of an even number of bytes, in 16 bits: 0xFFFF over a header whose checksum is right.
+inline unsigned InternetSum(const unsigned char* at, std::size_t size) {
+  uint32_t sum = 0;
+  for (std::size_t i = 0; i < size; i += 2) sum += Get16(at + i);
+  while (sum > 0xFFFF) sum = (sum & 0xFFFF) + (sum >> 16);
+  return sum;
+}
+
+}  // namespace softcard
+
+#endif

@@ -1,0 +1,80 @@
+#ifndef SOFTCARD_TABLES_PREFIX_TREE_H
+#define SOFTCARD_TABLES_PREFIX_TREE_H
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+#include "softcard/tables/BlockPool.h"
+#include "softcard/tables/Prefix.h"
+
+namespace softcard {
+
+/// Numbers under prefixes of addresses of one version, found by the longest that matches.
+///
+/// A node stands for six bits of the address, its "step". Bit 2^l + p of its `prefixes` says that the prefix which goes
+/// on for l bits, of value p, is there; bit n of its `children`, that there are longer ones behind the step n. Children
+/// and numbers lie side by side in their order, so that counting the bits below gives the place. A copy has everything
+/// of its own.
+class PrefixTree {
+ public:
+  struct Match {
+    unsigned length;  ///< of the prefix, in bits
+    uint32_t value;
+  };
+
+  PrefixTree() { nodes_.Insert(0, 0, 0, Node()); }  // the root, at kRoot
+
+  /// Whether the prefix is new here: one that is there gets the new value.
+  bool Set(const Prefix& prefix, uint32_t value);
+  /// Whether it was there.
+  bool Delete(const Prefix& prefix);
+  bool Has(const Prefix& prefix) const;
+  bool empty() const { return nodes_[kRoot].IsEmpty(); }
+
+  /// The longest prefix of an address of this version, in network byte order.
+  std::optional<Match> Longest(IpAddress::Version version, const unsigned char* address) const;
+
+  /// Tells every prefix, in the order of the addresses, the shorter of two that begin alike first.
+  using Visitor = std::function<void(const Prefix& prefix, uint32_t value)>;
+  void ForEach(IpAddress::Version version, const Visitor& visit) const;
+
+ private:
+  static constexpr unsigned kStep = 6;
+  static constexpr unsigned kSteps = 1U << kStep;
+
+  struct Node {
+    uint64_t prefixes[2] = {0, 0};  ///< of the second word each bit is a whole step
+    uint64_t children = 0;
+    uint32_t first_value = 0;
+    uint32_t first_child = 0;
+
+    bool IsEmpty() const { return (prefixes[0] | prefixes[1] | children) == 0; }
+    bool HasChild(unsigned step) const { return (children >> step & 1) != 0; }
+    unsigned ChildrenBelow(unsigned step) const { return Count(children & ((uint64_t{1} << step) - 1)); }
+    bool HasPrefix(unsigned bit) const { return (prefixes[bit / 64] >> bit % 64 & 1) != 0; }
+    void FlipPrefix(unsigned bit) { prefixes[bit / 64] ^= uint64_t{1} << bit % 64; }
+    unsigned PrefixesBelow(unsigned bit) const {
+      const unsigned below = Count(prefixes[bit / 64] & ((uint64_t{1} << bit % 64) - 1));
+      return bit < 64 ? below : Count(prefixes[0]) + below;
+    }
+    unsigned PrefixCount() const { return Count(prefixes[0]) + Count(prefixes[1]); }
+  };
+  static constexpr uint32_t kRoot = 0;
+
+  /// How many bits are set; in arithmetic, for not every processor has an instruction for it.
+  static unsigned Count(uint64_t bits) {
+    bits -= bits >> 1 & 0x5555555555555555;
+    bits = (bits & 0x3333333333333333) + (bits >> 2 & 0x3333333333333333);
+    return static_cast<unsigned>(((bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0F) * 0x0101010101010101 >> 56);
+  }
+
+  void Visit(uint32_t index, unsigned depth, IpAddress* address, const Visitor& visit) const;
+
+  BlockPool<Node> nodes_;
+  BlockPool<uint32_t> values_;
+};
+
+}  // namespace softcard
+
+#endif

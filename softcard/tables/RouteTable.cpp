@@ -1,0 +1,55 @@
+#include "softcard/tables/RouteTable.h"
+
+#include "bcm/error.h"
+#include "softcard/tables/Sorted.h"
+
+namespace softcard {
+
+using calls::Kind;
+
+const TableDescription RouteTable::kDescription = {"routes",
+                                                   "route",
+                                                   Origin::kMadeByRequests,
+                                                   {"prefix", Kind::kText},
+                                                   {{"vrf", Kind::kNumber}, {"destination", Kind::kNumber}}};
+
+int RouteTable::Set(unsigned vrf, const Prefix& prefix, unsigned destination) {
+  if (!prefix.IsValid()) return BCM_E_PARAM;
+  if (count_ >= size_) {
+    const auto trees = vrfs_.find(vrf);
+    if (trees == vrfs_.end() || !trees->second.Of(prefix).Has(prefix)) return BCM_E_FULL;
+  }
+  if (vrfs_[vrf].Of(prefix).Set(prefix, destination)) ++count_;
+  return BCM_E_NONE;
+}
+
+int RouteTable::Delete(unsigned vrf, const Prefix& prefix) {
+  if (!prefix.IsValid()) return BCM_E_PARAM;
+  const auto trees = vrfs_.find(vrf);
+  if (trees == vrfs_.end()) return BCM_E_NOT_FOUND;
+  if (!trees->second.Of(prefix).Delete(prefix)) return BCM_E_NOT_FOUND;
+  if (trees->second.v4.empty() && trees->second.v6.empty()) vrfs_.erase(trees);
+  --count_;
+  return BCM_E_NONE;
+}
+
+std::vector<Row> RouteTable::Rows() const {
+  std::vector<Row> rows;
+  rows.reserve(count_);
+  for (const auto& [vrf, trees] : Sorted(vrfs_)) {
+    const auto append = [&rows, vrf = vrf](IpAddress::Version version, const PrefixTree& tree) {
+      tree.ForEach(version, [&](const Prefix& prefix, uint32_t destination) {
+        rows.push_back(MakeRow(vrf, prefix, destination));
+      });
+    };
+    append(IpAddress::Version::k4, trees.v4);
+    append(IpAddress::Version::k6, trees.v6);
+  }
+  return rows;
+}
+
+Row MakeRow(unsigned vrf, const Prefix& prefix, unsigned destination) {
+  return {&RouteTable::kDescription, calls::ToValue(Text(prefix)), {calls::ToValue(vrf), calls::ToValue(destination)}};
+}
+
+}  // namespace softcard

@@ -1,0 +1,64 @@
+#ifndef SOFTCARD_TABLES_ROUTE_TABLE_H
+#define SOFTCARD_TABLES_ROUTE_TABLE_H
+
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "softcard/tables/Prefix.h"
+#include "softcard/tables/PrefixTree.h"
+#include "softcard/tables/Row.h"
+
+namespace softcard {
+
+/// The destination that packets for a prefix go to, by VRF. Neither the VRF nor the destination has to be there: what
+/// is installed counts when a packet comes.
+class RouteTable {
+ public:
+  struct Route {
+    unsigned length;       ///< of the prefix
+    unsigned destination;  ///< its id
+  };
+
+  static const TableDescription kDescription;
+
+  explicit RouteTable(unsigned size) : size_(size) {}
+
+  /// The prefix's destination in place of the one that it may have. BCM_E_PARAM for a prefix that is none, BCM_E_FULL.
+  int Set(unsigned vrf, const Prefix& prefix, unsigned destination);
+  /// BCM_E_PARAM for a prefix that is none, BCM_E_NOT_FOUND.
+  int Delete(unsigned vrf, const Prefix& prefix);
+
+  /// The longest prefix that an address, in network byte order, lies in.
+  std::optional<Route> Find(unsigned vrf, IpAddress::Version version, const unsigned char* address) const {
+    const auto trees = vrfs_.find(vrf);
+    if (trees == vrfs_.end()) return std::nullopt;
+    const PrefixTree& tree = version == IpAddress::Version::k4 ? trees->second.v4 : trees->second.v6;
+    const auto match = tree.Longest(version, address);
+    if (!match) return std::nullopt;
+    return Route{match->length, match->value};
+  }
+
+  unsigned count() const { return count_; }
+  unsigned size() const { return size_; }
+  /// By VRF, IP version and address, the shorter of two prefixes that begin alike first.
+  std::vector<Row> Rows() const;
+
+ private:
+  struct Trees {
+    PrefixTree v4;
+    PrefixTree v6;
+
+    PrefixTree& Of(const Prefix& prefix) { return prefix.address.version == IpAddress::Version::k4 ? v4 : v6; }
+  };
+
+  unsigned size_;
+  unsigned count_ = 0;
+  std::unordered_map<unsigned, Trees> vrfs_;  ///< those with routes
+};
+
+Row MakeRow(unsigned vrf, const Prefix& prefix, unsigned destination);
+
+}  // namespace softcard
+
+#endif
