@@ -11,7 +11,7 @@ constexpr std::size_t kTimeColumns = 8;
 
 bool IsEscaped(char c) { return c == '\\' || static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
 
-void AppendEscaped(std::string* to, char c) {
+void AppendEscape(std::string* to, char c) {
   constexpr char kDigits[] = "0123456789abcdef";
   *to += '\\';
   if (c == '\\') {
@@ -74,6 +74,16 @@ std::string TimeText(std::int64_t microseconds_since_1970) {
   return std::string(date) + fraction;
 }
 
+void AppendEscaped(std::string* to, std::string_view text) {
+  for (const char c : text) {
+    if (IsEscaped(c)) {
+      AppendEscape(to, c);
+    } else {
+      *to += c;
+    }
+  }
+}
+
 void AppendLine(std::string* to, std::uint64_t microseconds, unsigned indentation, std::string_view text) {
   char digits[20];
   const char* const end = std::to_chars(digits, digits + sizeof digits, microseconds).ptr;
@@ -81,13 +91,7 @@ void AppendLine(std::string* to, std::uint64_t microseconds, unsigned indentatio
   if (length < kTimeColumns) to->append(kTimeColumns - length, ' ');
   to->append(digits, length);
   to->append(1 + indentation, ' ');
-  for (const char c : text) {
-    if (IsEscaped(c)) {
-      AppendEscaped(to, c);
-    } else {
-      *to += c;
-    }
-  }
+  AppendEscaped(to, text);
   *to += '\n';
 }
 

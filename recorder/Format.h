@@ -44,6 +44,9 @@ std::string Text(const Header& header);
 /// "2026-11-21T14:13:18.102030Z".
 std::string TimeText(std::int64_t microseconds_since_1970);
 
+/// Appends a text as a line holds it.
+void AppendEscaped(std::string* to, std::string_view text);
+
 /// Appends a line with its line feed.
 void AppendLine(std::string* to, std::uint64_t microseconds, unsigned indentation, std::string_view text);
 

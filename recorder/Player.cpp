@@ -63,7 +63,7 @@ std::string ThrewText(const std::string& client, const std::string& thrown) {
 }
 
 void Append(Lines* lines, unsigned indentation, const std::string& text) {
-  lines->push_back(std::string(indentation, ' ') + text);
+  AppendEscaped(&lines->emplace_back(indentation, ' '), text);
 }
 
 void AppendRecorded(Lines* lines, const Step& step, unsigned depth) {
