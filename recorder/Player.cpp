@@ -50,6 +50,13 @@ bool SameArguments(const calls::Call& left, const calls::Call& right) {
          std::equal(left.arguments.begin(), left.arguments.end(), right.arguments.begin(), right.arguments.end(), Same);
 }
 
+const std::string kStandIn = "(an object's text that was not recorded)";
+
+bool IsAround(std::string_view before, std::string_view after, std::string_view text) {
+  return text.size() >= before.size() + after.size() && text.substr(0, before.size()) == before &&
+         text.substr(text.size() - after.size()) == after;
+}
+
 hal_encap::HalL3MplsEncapsulationUpdItf& Clients() { return *hal_encap::HalL3MplsEncapsulationUpdItf::GetInstance(); }
 
 std::string CallsText(const std::string& client, const Step& step) {
@@ -255,8 +262,39 @@ const Notification* Player::FindNotification(const std::string& client) {
   return nullptr;
 }
 
+std::string Player::AnswerText(calls::Call call) {
+  if (frames_.empty() || !Knows(*call.function)) return kStandIn;
+  const calls::Call* const recorded = Answer(std::move(call));
+  const auto* const text = recorded ? std::get_if<std::string>(&recorded->result) : nullptr;
+  return text ? *text : "";
+}
+
+bool Player::Knows(const calls::Function& function) const {
+  const std::vector<Item>& items = frames_.back().step->items;
+  return std::any_of(items.begin(), items.end(), [&](const Item& item) {
+    const auto* const event = std::get_if<calls::Event>(&item.what);
+    const auto* const call = event ? std::get_if<calls::Call>(event) : nullptr;
+    return call && call->function == &function;
+  });
+}
+
 void Player::Log(calls::LogLine line) {
-  if (!frames_.empty()) Add(EventIndentation(frames_.back().depth), calls::UnmarkedText(std::move(line)));
+  if (frames_.empty()) return;
+  Frame& frame = frames_.back();
+  const std::size_t stand_in = line.text.find(kStandIn);
+  const std::string_view before = std::string_view(line.text).substr(0, stand_in);
+  const std::string_view after =
+      stand_in == std::string::npos ? "" : std::string_view(line.text).substr(stand_in + kStandIn.size());
+  const std::vector<Item>& items = frame.step->items;
+  for (std::size_t i = std::max(frame.next_text, frame.next_call); stand_in != std::string::npos && i < items.size(); ++i) {
+    const auto* const event = std::get_if<calls::Event>(&items[i].what);
+    const auto* const recorded = event ? std::get_if<calls::LogLine>(event) : nullptr;
+    if (!recorded || !IsAround(before, after, recorded->text)) continue;
+    frame.next_text = i + 1;
+    line.text = recorded->text;
+    break;
+  }
+  Add(EventIndentation(frame.depth), calls::UnmarkedText(std::move(line)));
 }
 
 void Player::Add(unsigned indentation, const std::string& text) { Append(&lines_, indentation, text); }

@@ -28,6 +28,9 @@ class Player {
 
   /// The platform's side: the recorded call that answers this one; null when there is none. Throws what it threw.
   const calls::Call* Answer(calls::Call call);
+  /// The same for an object's text, which a recorder does not see when the platform's library binds its own symbols:
+  /// the text is then a stand-in, which the next log line that was recorded tells what to make of.
+  std::string AnswerText(calls::Call call);
   void Log(calls::LogLine line);
   HalBcmCommon& common() { return common_; }
 
@@ -38,12 +41,14 @@ class Player {
     unsigned depth;
     std::size_t next_call = 0;  ///< among its items
     std::size_t next_notification = 0;
+    std::size_t next_text = 0;  ///< a log line that holds an object's text
   };
 
   void Start();
   void Perform(const Step& step, unsigned depth, const std::string* client);
   void Register(const Registration& registration);
   void Notified(const std::string& client, int destination_id, unsigned port);
+  bool Knows(const calls::Function& function) const;
   const calls::Call* Find(const calls::Call& call);
   const Notification* FindNotification(const std::string& client);
   void Add(unsigned indentation, const std::string& text);

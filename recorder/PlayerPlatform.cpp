@@ -95,7 +95,7 @@ TunnelObject::TunnelObject() : type_(kTunnelTypeNone), ttl_(0), mpls_capability_
 IntfObject::IntfObject() : id_(0), vrf_(0), macsa_{}, mtu_(0), l3_flags_(0) {}
 
 std::string IntfObject::ToString(bool deep) const {
-  return Member<Named("IntfObject::ToString"), std::string>(this, deep);
+  return Player::Get().AnswerText(calls::MakeCall(calls::kFunctions[Named("IntfObject::ToString")], calls::Args(deep)));
 }
 
 extern "C" {

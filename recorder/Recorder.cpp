@@ -123,6 +123,9 @@ bool Recorder::Begin() noexcept {
     if (!on_) return;
     if (file_.is_open() && file_.size() > limit_) file_.Close();
     PutUnnoted();
+    // Somebody else has been at the records meanwhile.
+    const HalBcmCommon* const common = common_;
+    if (file_.is_open() && common && common->destination_id_correlators.size() != destinations_) PutStanding();
   });
   if (!on_) busy_ = false;
   return on_;
@@ -185,8 +188,6 @@ void Recorder::PutCommon(const Request& request) {
   if (!common) return;
   const unsigned indentation = depth_ == 0 ? 0 : EventIndentation(depth_ - 1);
   PutUnit(indentation);
-  // Somebody else has been at the records.
-  if (depth_ == 0 && common->destination_id_correlators.size() != destinations_) PutStanding();
   if (!NamesAPort(request.operation)) return;
   std::string text =
       "port=" + Entry(common->port_table, request.limid) + " lag=" + Entry(common->lag_table, request.limid);
