@@ -208,10 +208,10 @@ class Registry : public HalL3MplsEncapsulationUpdItf {
   void RegisterMplsUpdateClient(const std::string& name, std::function<void(int, unsigned int)>&& callback) override {
     Recorder& recorder = Recorder::Get();
     const bool empty = !callback;
-    recorder.Remember(name, empty);
     AsRequest([&] { recorder.NoteRegistration(name, empty); },
               [&] { behind_->RegisterMplsUpdateClient(name, empty ? nullptr : Noted(name, std::move(callback))); },
               [&](const void*, bool threw) { recorder.NoteEnd(threw); });
+    recorder.Remember(name, empty);
   }
 
  private:

@@ -10,15 +10,12 @@
 /// Hands every call of a platform function on to the platform, and notes it while the module makes a request.
 namespace recorder {
 
-/// `arguments` are those that the function's description names; `output` makes a value of what came back through a
-/// pointer, asked after a call that succeeded; `values` are what the function is called with, the object first.
+/// A call that is noted. Apart from the others, which it would slow down.
 template <int kIndex, typename Result, typename Arguments, typename Output, typename... Values>
-Result Through(const Arguments& arguments, const Output& output, Values... values) {
+__attribute__((noinline)) Result Noted(Arguments arguments, Output output, Values... values) {
   constexpr const calls::Function& function = calls::kFunctions[kIndex];
   static_assert(std::tuple_size_v<Arguments> == function.argument_count());
   const auto next = reinterpret_cast<Result (*)(Values...)>(Next(kIndex));
-  if (Within::Here() != Place::kRequest) return next(values...);
-
   // Notes are made inside Recorder::Note, which nothing leaves: not even for lack of memory.
   const auto note = [&](bool succeeded, bool threw, const auto&... result) {
     Recorder::Get().Note([&] {
@@ -47,6 +44,14 @@ Result Through(const Arguments& arguments, const Output& output, Values... value
   }
 }
 
+/// `arguments` are those that the function's description names; `output` makes a value of what came back through a
+/// pointer, asked after a call that succeeded; `values` are what the function is called with, the object first.
+template <int kIndex, typename Result, typename Arguments, typename Output, typename... Values>
+__attribute__((always_inline)) inline Result Through(Arguments arguments, Output output, Values... values) {
+  if (Within::Here() == Place::kRequest) return Noted<kIndex, Result>(arguments, output, values...);
+  return reinterpret_cast<Result (*)(Values...)>(Next(kIndex))(values...);
+}
+
 /// What a call wrote through a pointer.
 inline constexpr auto kNothingWritten = [] { return calls::Value(); };
 inline auto Written(IntfObject** /*object*/) { return kNothingWritten; }
@@ -63,11 +68,11 @@ inline auto Written(char* name, std::size_t size) {
 
 /// A function that is called with what its description names, in that order; a member's object comes first.
 template <int kIndex, typename Result, typename... Values>
-Result Plain(Values... values) {
+__attribute__((always_inline)) inline Result Plain(Values... values) {
   return Through<kIndex, Result>(calls::Args(values...), kNothingWritten, values...);
 }
 template <int kIndex, typename Result, typename Object, typename... Values>
-Result Member(Object* object, Values... values) {
+__attribute__((always_inline)) inline Result Member(Object* object, Values... values) {
   return Through<kIndex, Result>(calls::Args(values...), kNothingWritten, object, values...);
 }
 

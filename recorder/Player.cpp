@@ -286,7 +286,8 @@ void Player::Log(calls::LogLine line) {
   const std::string_view after =
       stand_in == std::string::npos ? "" : std::string_view(line.text).substr(stand_in + kStandIn.size());
   const std::vector<Item>& items = frame.step->items;
-  for (std::size_t i = std::max(frame.next_text, frame.next_call); stand_in != std::string::npos && i < items.size(); ++i) {
+  for (std::size_t i = std::max(frame.next_text, frame.next_call); stand_in != std::string::npos && i < items.size();
+       ++i) {
     const auto* const event = std::get_if<calls::Event>(&items[i].what);
     const auto* const recorded = event ? std::get_if<calls::LogLine>(event) : nullptr;
     if (!recorded || !IsAround(before, after, recorded->text)) continue;
