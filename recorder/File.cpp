@@ -89,7 +89,7 @@ void File::Stop(int error) noexcept {
 
 void File::MakeRoom() noexcept {
   char tail[4096];
-  const std::size_t length = std::min<std::uint64_t>(size_, sizeof tail);
+  const auto length = static_cast<std::size_t>(std::min<std::uint64_t>(size_, sizeof tail));
   const auto begin = static_cast<off_t>(size_ - length);
   if (pread(fd_, tail, length, begin) != static_cast<ssize_t>(length)) return;
   std::size_t keep = length;
