@@ -98,6 +98,7 @@ fm_vlan_proto_ctrl_t fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_disable(fm_s
   return ProtocolControl<Named("vlan_proto_ctrl_disable")>::InFrontOf(
       Plain<Named("fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_disable"), fm_vlan_proto_ctrl_t>(slot));
 }
+}
 
 // Under its linker name: defined as the class's first virtual function it would bring the class's virtual table, which
 // is the platform's to define.
@@ -111,4 +112,3 @@ std::string IntfText(const IntfObject* intf, bool deep) {
   return Member<Named("IntfObject::ToString"), std::string>(intf, deep);
 }
 #pragma GCC visibility pop
-}
