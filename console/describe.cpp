@@ -52,9 +52,7 @@ void Manual(const CLI::App& app, const scenario::Language& language) {
   std::cout << ".SH STATEMENTS\nA scenario has one on each line.\n";
   for (const scenario::Statement& statement : language.statements()) Item(statement.form.usage(), statement.help);
   std::cout << ".SH EXPECTATIONS\n";
-  for (const scenario::Expectation& expectation : language.expectations()) {
-    Item(FormOf(expectation), expectation.help);
-  }
+  for (const scenario::Expectation& expectation : language.expectations()) Item(FormOf(expectation), expectation.help);
   std::cout << ".SH EXIT STATUS\n" << Escaped(app.get_footer()) << '\n';
 }
 

@@ -47,9 +47,7 @@ Attempt Try(const scenario::Language& language, softcard::Card& card, const Situ
   std::string text;
   for (const std::string& line : situation.before) text += line + '\n';
   const auto parsed = scenario::ParseScenario(language, "situation", text + situation.request + '\n');
-  for (const scenario::Complaint& complaint : parsed.complaints) {
-    throw std::invalid_argument(complaint.Text());
-  }
+  for (const scenario::Complaint& complaint : parsed.complaints) throw std::invalid_argument(complaint.Text());
   // Otherwise the first attempt of a process would begin with more on the card than the others.
   scenario::Performer(card).Start();
   LastLine last(card, situation.before.size() + 1);

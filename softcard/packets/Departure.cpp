@@ -6,7 +6,6 @@
 namespace softcard {
 namespace {
 
-using Kind = Packet::Kind;
 using std::to_string;
 
 bool Swaps(const Egress& egress) { return egress.HasLabel() && egress.control == EXP_LABEL_CONTROL_SWAP; }
@@ -14,9 +13,9 @@ bool Swaps(const Egress& egress) { return egress.HasLabel() && egress.control ==
 /// What lies below the outermost label.
 Packet WithoutLabel(const Packet& packet) {
   const View rest = packet.bytes.From(kLabelBytes);
-  if (GetEntry(packet.bytes.data).bottom) return {Kind::kOpaque, rest};
+  if (GetEntry(packet.bytes.data).bottom) return {Packet::Kind::kOpaque, rest};
   const StackEntry next = GetEntry(rest.data);
-  return {Kind::kLabelled, rest, next.ttl, next.exp};
+  return {Packet::Kind::kLabelled, rest, next.ttl, next.exp};
 }
 
 /// Where the programmed state is at odds with itself.
@@ -86,10 +85,10 @@ Way Walk::Encapsulated(const Egress& egress, const IntfObject& object, Packet pa
   const Headers headers{egress.mac, intf.mac, intf.vlan_id, LabelsFor(egress, initiator, packet)};
   const std::size_t pushed = headers.labels.size();
   Packet below = packet;
-  if (packet.kind == Kind::kLabelled && (takes_label_ || Swaps(egress))) {
+  if (packet.kind == Packet::Kind::kLabelled && (takes_label_ || Swaps(egress))) {
     below = WithoutLabel(packet);
     if (pushed == 0) {  // what was below is outermost now, and must not outlive the label
-      if (below.kind == Kind::kOpaque) {
+      if (below.kind == Packet::Kind::kOpaque) {
         const std::optional<Packet> ip = ParseIp(below.bytes);
         if (!ip) return Malformed("below the last label lies no IP packet");
         below = *ip;
@@ -97,7 +96,7 @@ Way Walk::Encapsulated(const Egress& egress, const IntfObject& object, Packet pa
       below.ttl = std::min(below.ttl, packet.ttl);
     }
   }
-  if (below.kind == Kind::kEthernet && pushed == 0) {
+  if (below.kind == Packet::Kind::kEthernet && pushed == 0) {
     return Dropped(Drop::kMissingLabel, [&] { return "a whole frame takes the label of a virtual circuit"; });
   }
 

@@ -2,8 +2,6 @@
 
 namespace softcard {
 
-using Kind = Packet::Kind;
-
 namespace {
 
 // Where the fields lie in their headers.
@@ -38,14 +36,14 @@ std::optional<Packet> ParseIpv4(View bytes) {
   const std::size_t total = Get16(bytes.data + 2);
   if (header < kIpv4Bytes || header > total || total > bytes.size) return std::nullopt;
   if (InternetSum(bytes.data, header) != 0xFFFF) return std::nullopt;
-  return Packet{Kind::kIpv4, {bytes.data, total}, bytes.data[kIpv4Ttl], unsigned{bytes.data[1]} >> 5};
+  return Packet{Packet::Kind::kIpv4, {bytes.data, total}, bytes.data[kIpv4Ttl], unsigned{bytes.data[1]} >> 5};
 }
 
 std::optional<Packet> ParseIpv6(View bytes) {
   if (bytes.size < kIpv6Bytes || bytes.data[0] >> 4 != 6) return std::nullopt;
   const std::size_t total = kIpv6Bytes + Get16(bytes.data + 4);
   if (total > bytes.size) return std::nullopt;
-  return Packet{Kind::kIpv6, {bytes.data, total}, bytes.data[kIpv6HopLimit], unsigned{bytes.data[0]} >> 1 & 7};
+  return Packet{Packet::Kind::kIpv6, {bytes.data, total}, bytes.data[kIpv6HopLimit], unsigned{bytes.data[0]} >> 1 & 7};
 }
 
 std::optional<Packet> ParseIp(View bytes) {
@@ -56,7 +54,7 @@ std::optional<Packet> ParseLabelled(View bytes) {
   for (std::size_t at = 0; at + kLabelBytes <= bytes.size; at += kLabelBytes) {
     if (!GetEntry(bytes.data + at).bottom) continue;
     const StackEntry first = GetEntry(bytes.data);
-    return Packet{Kind::kLabelled, bytes, first.ttl, first.exp};
+    return Packet{Packet::Kind::kLabelled, bytes, first.ttl, first.exp};
   }
   return std::nullopt;
 }
@@ -65,14 +63,14 @@ std::optional<Packet> ParseEthernet(View bytes) {
   if (bytes.size < kEthernetBytes) return std::nullopt;
   const bool tagged = Get16(bytes.data + 2 * kMacBytes) == kEtherTypeVlan;
   if (tagged && bytes.size < kEthernetBytes + kTagBytes) return std::nullopt;
-  return Packet{Kind::kEthernet, bytes, 255, tagged ? unsigned{bytes.data[kEthernetBytes]} >> 5 : 0};
+  return Packet{Packet::Kind::kEthernet, bytes, 255, tagged ? unsigned{bytes.data[kEthernetBytes]} >> 5 : 0};
 }
 
-void SetTtl(Kind kind, unsigned ttl, unsigned char* header) {
+void SetTtl(Packet::Kind kind, unsigned ttl, unsigned char* header) {
   const auto byte = static_cast<unsigned char>(ttl);
-  if (kind == Kind::kLabelled) header[kLabelTtl] = byte;
-  if (kind == Kind::kIpv6) header[kIpv6HopLimit] = byte;
-  if (kind == Kind::kIpv4) {
+  if (kind == Packet::Kind::kLabelled) header[kLabelTtl] = byte;
+  if (kind == Packet::Kind::kIpv6) header[kIpv6HopLimit] = byte;
+  if (kind == Packet::Kind::kIpv4) {
     // Only the changed word's part of the sum changes: HC' = ~(~HC + ~m + m').
     if (header[kIpv4Ttl] == byte) return;
     const unsigned before = Get16(header + kIpv4Ttl);
@@ -88,16 +86,16 @@ uint32_t FlowHash(const Packet& packet) {
   const unsigned char* const bytes = packet.bytes.data;
   Hash hash;
   switch (packet.kind) {
-    case Kind::kIpv4: hash.Add(bytes + kIpv4Addresses, 8).AddByte(bytes[kIpv4Protocol]); break;
-    case Kind::kIpv6: hash.Add(bytes + kIpv6Addresses, 32).AddByte(bytes[1] & 0xFU).Add(bytes + 2, 2); break;
-    case Kind::kEthernet: hash.Add(bytes, 2 * kMacBytes); break;
-    case Kind::kLabelled:
+    case Packet::Kind::kIpv4: hash.Add(bytes + kIpv4Addresses, 8).AddByte(bytes[kIpv4Protocol]); break;
+    case Packet::Kind::kIpv6: hash.Add(bytes + kIpv6Addresses, 32).AddByte(bytes[1] & 0xFU).Add(bytes + 2, 2); break;
+    case Packet::Kind::kEthernet: hash.Add(bytes, 2 * kMacBytes); break;
+    case Packet::Kind::kLabelled:
       for (const unsigned char* entry = bytes;; entry += kLabelBytes) {
         hash.Add(entry, 2).AddByte(entry[2] & 0xF0U);
         if (GetEntry(entry).bottom) break;
       }
       break;
-    case Kind::kOpaque: break;
+    case Packet::Kind::kOpaque: break;
   }
   return hash.value();
 }

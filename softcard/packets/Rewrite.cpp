@@ -7,13 +7,11 @@
 
 namespace softcard {
 
-using Kind = Packet::Kind;
-
 namespace {
 
-unsigned EtherType(const PushedLabels& labels, Kind kind) {
-  if (!labels.empty() || kind == Kind::kLabelled) return kEtherTypeMpls;
-  return kind == Kind::kIpv6 ? kEtherTypeIpv6 : kEtherTypeIpv4;
+unsigned EtherType(const PushedLabels& labels, Packet::Kind kind) {
+  if (!labels.empty() || kind == Packet::Kind::kLabelled) return kEtherTypeMpls;
+  return kind == Packet::Kind::kIpv6 ? kEtherTypeIpv6 : kEtherTypeIpv4;
 }
 
 MacAddress GetMac(const unsigned char* at) {
@@ -53,7 +51,7 @@ void WriteFrame(const Headers& headers, const Packet& packet, Bytes* frame, Stor
 
   for (std::size_t i = count; i > 0; --i, at += kLabelBytes) {
     StackEntry entry = headers.labels[i - 1];
-    entry.bottom = i == 1 && packet.kind != Kind::kLabelled;
+    entry.bottom = i == 1 && packet.kind != Packet::Kind::kLabelled;
     PutEntry(at, entry);
     if (story) story->Tell(LabelLayer{entry});
   }
@@ -67,9 +65,9 @@ void TellLayers(const Packet& packet, Story* story) {
   const unsigned char* const bytes = packet.bytes.data;
   std::size_t told = 0;
   switch (packet.kind) {
-    case Kind::kIpv4:
-    case Kind::kIpv6: {
-      const bool is_v4 = packet.kind == Kind::kIpv4;
+    case Packet::Kind::kIpv4:
+    case Packet::Kind::kIpv6: {
+      const bool is_v4 = packet.kind == Packet::Kind::kIpv4;
       const auto version = is_v4 ? IpAddress::Version::k4 : IpAddress::Version::k6;
       const unsigned char* const addresses = bytes + (is_v4 ? kIpv4Addresses : kIpv6Addresses);
       const unsigned char* const second = addresses + IpAddress::Bytes(version);
@@ -78,19 +76,19 @@ void TellLayers(const Packet& packet, Story* story) {
                           packet.bytes.size});
       return;
     }
-    case Kind::kLabelled:
+    case Packet::Kind::kLabelled:
       for (bool bottom = false; !bottom; told += kLabelBytes) {
         StackEntry entry = GetEntry(bytes + told);
         if (told == 0) entry.ttl = packet.ttl;
         story->Tell(LabelLayer{entry});
         bottom = entry.bottom;
       }
-      TellLayers({Kind::kOpaque, packet.bytes.From(told)}, story);
+      TellLayers({Packet::Kind::kOpaque, packet.bytes.From(told)}, story);
       return;
-    case Kind::kOpaque:
+    case Packet::Kind::kOpaque:
       if (const auto ip = ParseIp(packet.bytes)) return TellLayers(*ip, story);
       break;
-    case Kind::kEthernet: told = TellEthernet(bytes, story); break;
+    case Packet::Kind::kEthernet: told = TellEthernet(bytes, story); break;
   }
   story->Tell(PayloadLayer{packet.bytes.size - told});
 }

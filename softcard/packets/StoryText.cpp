@@ -5,11 +5,9 @@
 namespace softcard {
 namespace {
 
-using calls::Kind;
-
 /// " dst=00:00:5e:00:01:01" and its like.
 template <typename Value>
-std::string Field(const char* name, const Value& value, Kind kind = Kind::kNumber) {
+std::string Field(const char* name, const Value& value, calls::Kind kind = calls::Kind::kNumber) {
   return std::string(" ") + name + '=' + calls::Text(kind, calls::ToValue(value));
 }
 
@@ -23,11 +21,11 @@ struct Printer {
   std::string operator()(const OddityStep& step) const { return "at odds: " + step.text; }
 
   std::string operator()(const EthernetLayer& layer) const {
-    return "| ethernet" + Field("dst", layer.destination, Kind::kMac) + Field("src", layer.source, Kind::kMac) +
-           Field("type", layer.type, Kind::kHex);
+    return "| ethernet" + Field("dst", layer.destination, calls::Kind::kMac) +
+           Field("src", layer.source, calls::Kind::kMac) + Field("type", layer.type, calls::Kind::kHex);
   }
   std::string operator()(const TagLayer& layer) const {
-    return "| 802.1q" + Field("vlan", layer.vlan_id) + Field("type", layer.type, Kind::kHex);
+    return "| 802.1q" + Field("vlan", layer.vlan_id) + Field("type", layer.type, calls::Kind::kHex);
   }
   std::string operator()(const LabelLayer& layer) const {
     const StackEntry& entry = layer.entry;
@@ -36,12 +34,12 @@ struct Printer {
   }
   std::string operator()(const IpLayer& layer) const {
     const bool is_v4 = layer.source.version == IpAddress::Version::k4;
-    return std::string(is_v4 ? "| ipv4" : "| ipv6") + Field("src", Text(layer.source), Kind::kText) +
-           Field("dst", Text(layer.destination), Kind::kText) + Field("ttl", layer.ttl) +
-           Field("tos", layer.tos, Kind::kHex) + Field("size", std::to_string(layer.size), Kind::kText);
+    return std::string(is_v4 ? "| ipv4" : "| ipv6") + Field("src", Text(layer.source), calls::Kind::kText) +
+           Field("dst", Text(layer.destination), calls::Kind::kText) + Field("ttl", layer.ttl) +
+           Field("tos", layer.tos, calls::Kind::kHex) + Field("size", std::to_string(layer.size), calls::Kind::kText);
   }
   std::string operator()(const PayloadLayer& layer) const {
-    return "| payload" + Field("size", std::to_string(layer.bytes), Kind::kText);
+    return "| payload" + Field("size", std::to_string(layer.bytes), calls::Kind::kText);
   }
 
   std::string operator()(const SentStep& step) const {

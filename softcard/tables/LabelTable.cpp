@@ -7,8 +7,6 @@
 
 namespace softcard {
 
-using Kind = LabelAction::Kind;
-
 const TableDescription LabelTable::kDescription = {"labels",
                                                    "label",
                                                    Origin::kMadeByRequests,
@@ -16,9 +14,9 @@ const TableDescription LabelTable::kDescription = {"labels",
                                                    {{"action", calls::Kind::kText}, {"to", calls::Kind::kText}}};
 
 int LabelTable::Set(unsigned label, LabelAction action, const Ports& ports) {
-  if (label > kLastLabel || label == kImplicitNull || action.kind == Kind::kNone) return BCM_E_PARAM;
-  if (action.kind == Kind::kPopPort && !ports.Exists(static_cast<int>(action.value))) return BCM_E_PORT;
-  const bool is_new = Find(label).kind == Kind::kNone;
+  if (label > kLastLabel || label == kImplicitNull || action.kind == LabelAction::Kind::kNone) return BCM_E_PARAM;
+  if (action.kind == LabelAction::Kind::kPopPort && !ports.Exists(static_cast<int>(action.value))) return BCM_E_PORT;
+  const bool is_new = Find(label).kind == LabelAction::Kind::kNone;
   if (is_new && count_ >= size_) return BCM_E_FULL;
   if (label >= rows_.size()) rows_.resize(label + 1);
   rows_[label] = action;
@@ -27,7 +25,7 @@ int LabelTable::Set(unsigned label, LabelAction action, const Ports& ports) {
 }
 
 int LabelTable::Delete(unsigned label) {
-  if (Find(label).kind == Kind::kNone) return BCM_E_NOT_FOUND;
+  if (Find(label).kind == LabelAction::Kind::kNone) return BCM_E_NOT_FOUND;
   rows_[label] = {};
   --count_;
   return BCM_E_NONE;
@@ -36,15 +34,15 @@ int LabelTable::Delete(unsigned label) {
 std::vector<Row> LabelTable::Rows(const Ports& ports) const {
   std::vector<Row> rows;
   for (unsigned label = 0; label < rows_.size(); ++label) {
-    if (rows_[label].kind != Kind::kNone) rows.push_back(MakeRow(label, rows_[label], ports));
+    if (rows_[label].kind != LabelAction::Kind::kNone) rows.push_back(MakeRow(label, rows_[label], ports));
   }
   return rows;
 }
 
 Row MakeRow(unsigned label, LabelAction action, const Ports& ports) {
   const char* const names[] = {"none", "destination", "pop-vrf", "pop-port"};
-  const std::string to =
-      action.kind == Kind::kPopPort ? ports.Name(static_cast<int>(action.value)) : std::to_string(action.value);
+  const std::string to = action.kind == LabelAction::Kind::kPopPort ? ports.Name(static_cast<int>(action.value))
+                                                                    : std::to_string(action.value);
   return {&LabelTable::kDescription,
           calls::ToValue(label),
           {calls::ToValue(names[static_cast<int>(action.kind)]), calls::ToValue(to)}};
