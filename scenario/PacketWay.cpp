@@ -39,9 +39,9 @@ void Append(std::string& text, const Bytes& bytes, std::size_t begin, std::size_
 }
 
 /// The steps from the egress object on, and the frame in hexadecimal.
-class Lines : public softcard::Story {
+class StoryLines : public softcard::Story {
  public:
-  explicit Lines(const softcard::Ports& ports) : ports_(ports) {}
+  explicit StoryLines(const softcard::Ports& ports) : ports_(ports) {}
 
   void Tell(const softcard::Step& step) override {
     using namespace softcard;
@@ -85,7 +85,7 @@ class Lines : public softcard::Story {
 
 std::vector<std::string> PacketWay(const softcard::Card& card, const RoutedPacket& packet) {
   Bytes frame;
-  Lines lines(card.tables().ports);
+  StoryLines lines(card.tables().ports);
   softcard::Send(card.tables(), card.common().destination_id_correlators, packet.id, softcard::Carried::kIp,
                  Ipv4Packet(packet), &frame, &lines);
   return std::move(lines.lines());
