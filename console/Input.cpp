@@ -16,8 +16,9 @@ namespace console {
 
 std::optional<scenario::Scenario> Load(const scenario::Language& language, const std::string& path,
                                        const scenario::Counters& definitions) {
-  if (path == "-" && isatty(STDIN_FILENO))
+  if (path == "-" && isatty(STDIN_FILENO)) {
     std::cerr << "softcard: reading a scenario from the terminal; Ctrl-D ends it\n";
+  }
   std::string text;
   try {
     text = scenario::ReadFile(path);

@@ -279,6 +279,7 @@ std::vector<Finding> Audit(const softcard::Card& card, const Ledger& ledger) {
 std::vector<softcard::Row> ToRows(const std::vector<Finding>& findings) {
   using calls::ToValue;
   std::vector<softcard::Row> rows;
+  rows.reserve(findings.size());
   for (const Finding& finding : findings) {
     rows.push_back(
         {&kFindings,

@@ -45,8 +45,8 @@ TEST(Events, AreReadBackFromTheirLines) {
        {"fm_init() = 0", "fm_init() threw std::runtime_error: no room", "bcm_mpls_egress_label_t_init()", "log 7: a: b",
         "log -3: ", "fm_oper_card_hal_l3_mpls_encap_vlan_proto_ctrl_enable(slot=1)",
         "IntfManager::CreateIntf(unit=0, vrf=-1, vlan=100, mac=null, mtu=1500, flags=0x20) = -4 (Invalid parameter)",
-        "bcm_mpls_tunnel_initiator_set(unit=0, intf=2, num_labels=1, labels=[{flags=0x11, label=100, qos_map=1, exp=0, "
-        "ttl=255}]) = 0",
+        "bcm_mpls_tunnel_initiator_set(unit=0, intf=2, num_labels=1, labels=null) = 0",
+        "bcm_mpls_tunnel_initiator_set(unit=0, intf=2, num_labels=0, labels=[]) = 0",
         "EgressManager::DeleteEgress(egress=100001) = -11 (Operation failed) [injected]",
         "IntfManager::GetIntfObject(intf=1) = false", "IntfObject::macsa() = 00:00:5e:00:01:01",
         "IntfObject::ToString(deep=true) = intf 1: vrf=1, (all) of it", "limid_to_type(limid=0x1000001) = 0"}) {
