@@ -1,15 +1,17 @@
 // Gives a fuzz target the inputs of a corpus, where there is no fuzzer to do it: replay DIRECTORY...
 
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data,
+                                      std::size_t size);  // NOLINT(readability-redundant-declaration)
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv) try {
   unsigned int inputs = 0;
   for (int i = 1; i < argc; ++i) {
     for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
@@ -21,4 +23,7 @@ int main(int argc, char** argv) {
   }
   std::cout << inputs << " inputs\n";
   return inputs > 0 ? 0 : 1;
+} catch (const std::exception& exception) {
+  std::cerr << "replay: " << exception.what() << '\n';
+  return 1;
 }

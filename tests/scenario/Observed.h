@@ -55,8 +55,9 @@ inline std::string Transcript(const Observed& observed) {
     if (step.line == 0) continue;
     text += std::to_string(step.line) + ' ' + step.text + '\n';
     if (const auto* trace = std::get_if<scenario::Trace>(&step.content)) {
-      for (const scenario::TraceLine& line : trace->lines)
+      for (const scenario::TraceLine& line : trace->lines) {
         text += std::string(std::size_t{2} * line.depth, ' ') + line.Text() + '\n';
+      }
       text += "=> " + trace->result.Text() + '\n';
     } else if (const auto* shown = std::get_if<scenario::Shown>(&step.content)) {
       for (const scenario::ShownTable& table : shown->tables) {

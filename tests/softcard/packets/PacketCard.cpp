@@ -66,6 +66,7 @@ unsigned int PacketCard::Host(int on_intf, unsigned int label, int control, int 
 
 unsigned int PacketCard::Push(const std::vector<unsigned int>& labels, unsigned int own_label, int control) {
   std::vector<bcm_mpls_egress_label_t> stack;
+  stack.reserve(labels.size());
   for (const unsigned int label : labels) stack.push_back({kSetTtl | kRemarkExp, label, 1, 0, 255});
   return Host(Tunnel(stack), own_label, control);
 }
