@@ -52,8 +52,8 @@ std::vector<std::string> Counters::Rows(const Ports& ports) const {
     append(ports.Name(port) + " in", in(port));
     append(ports.Name(port) + " out", out(port));
   }
-  for (int drop = 0; drop < kDrops; ++drop) {
-    append(std::string("drop ") + DropName(static_cast<Drop>(drop)), drops_[static_cast<std::size_t>(drop)]);
+  for (int reason = 0; reason < kDrops; ++reason) {
+    append(std::string("drop ") + DropName(static_cast<Drop>(reason)), drops_[static_cast<std::size_t>(reason)]);
   }
   return lines;
 }

@@ -32,7 +32,7 @@ class Hash {
 
 std::optional<Packet> ParseIpv4(View bytes) {
   if (bytes.size < kIpv4Bytes || bytes.data[0] >> 4 != 4) return std::nullopt;
-  const std::size_t header = 4U * (bytes.data[0] & 0xF);
+  const std::size_t header = std::size_t{4} * (bytes.data[0] & 0xF);
   const std::size_t total = Get16(bytes.data + 2);
   if (header < kIpv4Bytes || header > total || total > bytes.size) return std::nullopt;
   if (InternetSum(bytes.data, header) != 0xFFFF) return std::nullopt;

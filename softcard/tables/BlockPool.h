@@ -23,7 +23,7 @@ class BlockPool {
     const uint32_t grown = Moved(first, count, count + 1);
     const auto begin = items_.begin() + grown;
     std::copy_backward(begin + at, begin + count, begin + count + 1);
-    begin[at] = item;
+    items_[grown + at] = item;
     return grown;
   }
 

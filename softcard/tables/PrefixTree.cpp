@@ -144,11 +144,11 @@ bool PrefixTree::Delete(const Prefix& prefix) {
   holder.FlipPrefix(bit);
 
   for (unsigned depth = deepest; depth > 0 && nodes_[path[depth].index].IsEmpty(); --depth) {
-    const auto [index, step] = path[depth - 1];
-    const Node parent = nodes_[index];
-    const uint32_t first = nodes_.Erase(parent.first_child, Count(parent.children), parent.ChildrenBelow(step));
-    nodes_[index].first_child = first;
-    nodes_[index].children ^= uint64_t{1} << step;
+    const Visited& above = path[depth - 1];
+    const Node parent = nodes_[above.index];
+    const uint32_t first = nodes_.Erase(parent.first_child, Count(parent.children), parent.ChildrenBelow(above.step));
+    nodes_[above.index].first_child = first;
+    nodes_[above.index].children ^= uint64_t{1} << above.step;
   }
   return true;
 }

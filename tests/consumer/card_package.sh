@@ -18,5 +18,5 @@ readelf --file-header "$library" | grep -q 'ELF32'
 
 # The newest interfaces of the runtimes that the library calls, and the releases that brought them.
 newest() { readelf --version-info "$library" | grep -o "\b$1_[0-9.]*" | sort --version-sort | tail -1; }
-[ "$(newest GLIBC) $(newest GCC) $(newest GLIBCXX)" = "GLIBC_2.4 GCC_3.0 GLIBCXX_3.4.29" ]
-[ "$(dpkg-deb --field "$package" Depends)" = "libc6 (>= 2.4), libgcc-s1 (>= 3.0), libstdc++6 (>= 11)" ]
+[ "$(newest GLIBC) $(newest GCC) $(newest GLIBCXX)" = "GLIBC_2.32 GCC_3.0 GLIBCXX_3.4.29" ]
+[ "$(dpkg-deb --field "$package" Depends)" = "libc6 (>= 2.32), libgcc-s1 (>= 3.0), libstdc++6 (>= 11)" ]

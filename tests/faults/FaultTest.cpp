@@ -49,8 +49,9 @@ std::vector<Call> Calls(const std::vector<std::string>& transcript) {
   for (const auto& line : transcript) {
     const size_t parenthesis = line.find('(');
     if (parenthesis == std::string::npos) continue;
-    for (const auto& signature : model::kSignatures)
+    for (const auto& signature : model::kSignatures) {
       if (line.compare(0, parenthesis, signature.function) == 0) calls.push_back({line, signature.result});
+    }
   }
   return calls;
 }
@@ -77,8 +78,9 @@ class Faults : public testing::TestWithParam<size_t> {
       request.faults.clear();
       if (planned.size() < 2) {
         subject.Run(request);
-        for (const auto* last : {"destroy-host ", "destroy-mpls ", "destroy-vlan "})
+        for (const auto* last : {"destroy-host ", "destroy-mpls ", "destroy-vlan "}) {
           subject.Run(model::ReadRequest(last + std::to_string(request.dest)));
+        }
       }
       return transcript;
     } catch (const model::Difference& difference) {
@@ -101,7 +103,7 @@ TEST_P(Faults, OfEveryCallAloneAndInPairsLeadToTheRequiredCallsLogLinesAndRecord
   const bool full = pairs_of == "all";
   long singles = 0, pairs = 0;
   const auto calls = Calls(Run({}));
-  for (unsigned first = 1; first <= calls.size() && !HasFailure(); ++first)
+  for (unsigned first = 1; first <= calls.size() && !HasFailure(); ++first) {
     for (const int result : Classes(calls[first - 1].result, true)) {
       const auto after = Calls(Run({{"", first, result}}));
       ++singles;
@@ -109,22 +111,26 @@ TEST_P(Faults, OfEveryCallAloneAndInPairsLeadToTheRequiredCallsLogLinesAndRecord
       ASSERT_TRUE(Gave(after[first - 1], result)) << after[first - 1].line << ", not " << result;
       const auto in_pairs = Classes(calls[first - 1].result, full);
       if (pairs_of == "none" || std::find(in_pairs.begin(), in_pairs.end(), result) == in_pairs.end()) continue;
-      for (unsigned second = first + 1; second <= after.size(); ++second)
+      for (unsigned second = first + 1; second <= after.size(); ++second) {
         for (const int other : Classes(after[second - 1].result, full)) {
           Run({{"", first, result}, {"", second, other}});
           ++pairs;
         }
+      }
     }
+  }
   std::cout << singles << " single faults and " << pairs << " pairs of \"" << faults::kCases[GetParam()].request
             << "\"\n";
 }
 
 INSTANTIATE_TEST_SUITE_P(Case, Faults, testing::Range(size_t{0}, faults::kCases.size()), [](const auto& index) {
   std::string name;
-  for (const char* c = faults::kCases[index.param].name; *c; ++c)
-    if (std::isalnum(static_cast<unsigned char>(*c)))
+  for (const char* c = faults::kCases[index.param].name; *c; ++c) {
+    if (std::isalnum(static_cast<unsigned char>(*c))) {
       name += *c;
-    else if (!name.empty() && name.back() != '_' && *c == ' ')
+    } else if (!name.empty() && name.back() != '_' && *c == ' ') {
       name += '_';
+    }
+  }
   return name;
 });

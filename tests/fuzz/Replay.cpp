@@ -8,8 +8,8 @@
 #include <iterator>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data,
-                                      std::size_t size);  // NOLINT(readability-redundant-declaration)
+// NOLINTNEXTLINE(readability-redundant-declaration): a build that joins sources sees the target's own
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size);
 
 int main(int argc, char** argv) try {
   unsigned int inputs = 0;

@@ -144,7 +144,10 @@ TEST_F(DropTest, AHeaderThatLiesIsMalformed) {
       "45a00013 12340000 40117bd0",  // a packet that is shorter than its header
       "45a00018 12340000 40117bcc",  // a wrong checksum
   };
-  for (const char* const lie : lies) EXPECT_EQ(card_.Injected(kToRouter + "0800" + lie + tail), "malformed") << lie;
+  for (const char* const lie : lies) {
+    const std::string packet = lie + tail;
+    EXPECT_EQ(card_.Injected(kToRouter + "0800" + packet), "malformed") << lie;
+  }
   const std::string addresses = "20010db8000000000000000000000001 20010db8000000000000000000000002";
   EXPECT_EQ(card_.Injected(kToRouter + "86dd 60000000 0004 1140" + addresses + "deadbe"), "malformed");
   EXPECT_EQ(card_.Injected(kToRouter + "86dd 40000000 0004 1140" + addresses + "deadbeef"), "malformed");
