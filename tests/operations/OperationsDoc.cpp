@@ -12,14 +12,15 @@
 
 #include "diagnosis/Operations.h"
 #include "diagnosis/Refusals.h"
+#include "tests/operations/Markdown.h"
+#include "tests/operations/Sequences.h"
 
+namespace operations {
 namespace {
 
 using calls::Call;
 using diagnosis::Attempt;
 using diagnosis::Refusal;
-using diagnosis::Rows;
-using Lines = std::vector<std::string>;
 
 /// Calls that only decode or describe, and cannot fail a request. The card's protocol control is an operation that can
 /// fail; the services that hand it out are not.
@@ -43,18 +44,6 @@ Lines CallsFrom(const Attempt& attempt, unsigned long number) {
   return lines;
 }
 
-/// Log lines that report something.
-Lines Errors(const Attempt& attempt) {
-  Lines lines;
-  for (const scenario::TraceLine& line : attempt.trace.lines) {
-    if (line.kind() == scenario::TraceLine::Kind::kLog &&
-        std::get<calls::LogLine>(std::get<calls::Event>(line.what)).level <= 4) {
-      lines.push_back(line.Text());
-    }
-  }
-  return lines;
-}
-
 /// `first` without the lines of `second`.
 Lines Without(Lines first, const Lines& second) {
   first.erase(std::remove_if(first.begin(), first.end(),
@@ -63,20 +52,6 @@ Lines Without(Lines first, const Lines& second) {
                              }),
               first.end());
   return first;
-}
-
-std::string Cell(const Lines& lines, const char* none) {
-  std::string text;
-  for (const std::string& line : lines) text += (text.empty() ? "`" : "<br>`") + line + "`";
-  return text.empty() ? none : text;
-}
-
-/// The rows that went and the rows that came.
-Lines Changes(const Rows& before, const Rows& after) {
-  Lines lines;
-  for (const softcard::Row& row : diagnosis::Without(before, after)) lines.push_back("- " + softcard::Text(row));
-  for (const softcard::Row& row : diagnosis::Without(after, before)) lines.push_back("+ " + softcard::Text(row));
-  return lines;
 }
 
 /// What a refused request leaves; when it succeeds all the same, only where that differs from what it leaves as a rule.
@@ -122,10 +97,13 @@ host's: its replace installs and its destroy succeeds.
 
 "Left behind" shows the rows that the request took from the card's tables (-) and put into them (+). For a request that
 succeeds in spite of the refusal it shows where the tables differ from what the request leaves otherwise.
+
+The last chapter, [sequences that surprise](#sequences-that-surprise), is about requests that nothing refuses.
 )";
   scenario::Language language;
   scenario::AddStandard(language);
   for (const diagnosis::Operation& operation : diagnosis::Operations()) Describe(language, operation, out);
+  DescribeSequences(language, out);
   softcard::Card::Get().Reset();
   return out.str();
 }
@@ -149,13 +127,14 @@ int Check(const char* path) {
 }
 
 }  // namespace
+}  // namespace operations
 
 int main(int argc, char** argv) {
-  if (argc == 3 && std::strcmp(argv[1], "--check") == 0) return Check(argv[2]);
+  if (argc == 3 && std::strcmp(argv[1], "--check") == 0) return operations::Check(argv[2]);
   if (argc != 1) {
     std::fprintf(stderr, "usage: operations [--check FILE]\n");
     return 2;
   }
-  std::cout << Document();
+  std::cout << operations::Document();
   return 0;
 }
