@@ -20,7 +20,6 @@
 #include "hal/IntfManager.h"
 #include "hal/MyStationManager.h"
 #include "softcard/Card.h"
-#include "softcard/packets/Counters.h"
 #include "softcard/packets/Way.h"
 
 namespace {
@@ -105,7 +104,7 @@ void MakeFrame(const Prefix& prefix, unsigned char* frame) {
   ip[8] = 64;
   ip[9] = 17;
   std::memcpy(ip + 16, prefix.address.bytes.data(), 4);
-  softcard::Put16(ip + 10, ~softcard::InternetSum(ip, 20));
+  softcard::Put16(ip + 10, softcard::InternetChecksum(ip, 20));
 }
 
 struct Traffic {
@@ -141,18 +140,16 @@ void Push(benchmark::State& state) {
   Traffic& traffic = TheTraffic();
   traffic.SetRoutes(static_cast<std::size_t>(state.range(0)));
   const softcard::Tables& tables = traffic.tunnels.card.tables();
-  softcard::Counters counters;
   Bytes out;
   std::size_t i = 0;
+  int64_t sent = 0;
   for ([[maybe_unused]] const auto round : state) {
     const softcard::View frame(&traffic.frames[i * kFrameSize], kFrameSize);
     const softcard::Way way = softcard::Inject(tables, traffic.tunnels.records, 1, frame, &out);
-    counters.Injected(1, way, frame.size, out.size());
+    sent += way.fate == softcard::Way::Fate::kSent ? 1 : 0;
     i = (i + 1) % kFrames;
   }
-  uint64_t sent = 0;
-  for (int port = 1; port <= 48; ++port) sent += counters.out(port).packets;
-  if (sent != static_cast<uint64_t>(state.iterations())) state.SkipWithError("a packet was not sent");
+  if (sent != state.iterations()) state.SkipWithError("a packet was not sent");
   state.SetItemsProcessed(state.iterations());
   state.counters["route_megabytes"] = static_cast<double>(traffic.route_bytes) / 1e6;
 }

@@ -23,7 +23,7 @@ int IntfManager::UpdateIntf(int intf, unsigned int unit, int vrf, unsigned int v
                             unsigned int mtu, unsigned int l3_flags) {
   return Call<Named("IntfManager::UpdateIntf")>(Args(intf, unit, vrf, vlan_id, mac, mtu, l3_flags), [&] {
     return OnUnit(unit, [&] {
-      IntfObject* const object = TheTables().intfs.Find(intf);
+      Intf* const object = TheTables().intfs.Find(intf);
       if (!object) return static_cast<int>(BCM_E_NOT_FOUND);
       if (IntfTable::Check(vlan_id, mac, mtu) < 0) return static_cast<int>(BCM_E_PARAM);
       object->id_ = intf;
@@ -32,6 +32,7 @@ int IntfManager::UpdateIntf(int intf, unsigned int unit, int vrf, unsigned int v
       std::copy_n(mac, object->macsa_.size(), object->macsa_.begin());
       object->mtu_ = mtu;
       object->l3_flags_ = l3_flags;
+      object->framing = {object->macsa_, vlan_id, mtu};
       return intf;
     });
   });

@@ -11,12 +11,12 @@ constexpr unsigned kLastHop = 1;  ///< a TTL that no router sends on
 
 }  // namespace
 
-Way Walk::FromWire(int port) {
+void Walk::FromWire(int port) {
   if (story_) story_->Tell(ArrivalStep{port, arrived_.size});
   if (!tables_.ports.IsEthernet(port)) {
     return Dropped(Drop::kNoPort, [&] { return tables_.ports.Name(port) + " is no Ethernet port of this card"; });
   }
-  const std::optional<Packet> frame = ParseEthernet(arrived_);
+  std::optional<Packet> frame = ParseEthernet(arrived_);
   if (!frame) return Malformed("the Ethernet header is cut off");
 
   if (const unsigned* const destination = tables_.attachments.Find(port)) {
@@ -79,9 +79,9 @@ bool Walk::IsMyStation(unsigned vlan_id, const unsigned char* mac) {
 }
 
 /// `ttl`: the labels' that the packet came under, which it must not outlive.
-Way Walk::Routed(unsigned vrf, const std::optional<Packet>& ip, unsigned ttl) {
+void Walk::Routed(unsigned vrf, std::optional<Packet>&& ip, unsigned ttl) {
   if (!ip) return Malformed("the IP packet is cut off, its lengths are at odds, or its checksum is wrong");
-  Packet packet = *ip;
+  Packet& packet = *ip;
   packet.ttl = std::min(packet.ttl, ttl);
   hops_ = 1;
 
@@ -90,19 +90,18 @@ Way Walk::Routed(unsigned vrf, const std::optional<Packet>& ip, unsigned ttl) {
   const unsigned char* const to =
       packet.bytes.data + (is_v4 ? kIpv4Addresses : kIpv6Addresses) + IpAddress::Bytes(version);
   const auto route = tables_.routes.Find(vrf, version, to);
-  if (!route) {
+  if (!route.value) {
     return Dropped(Drop::kNoRoute, [&] {
       return "VRF " + std::to_string(vrf) + " has no route to " + Text(IpAddress::From(version, to));
     });
   }
-  if (story_) {
-    story_->Tell(MakeRow(vrf, Prefix::Around(IpAddress::From(version, to), route->length), route->destination));
-  }
-  return ToDestination(route->destination, packet);
+  if (story_) story_->Tell(MakeRow(vrf, Prefix::Around(IpAddress::From(version, to), route.length), *route.value));
+  return ToDestination(*route.value, packet);
 }
 
-Way Walk::Labelled(unsigned vlan_vrf, View stack) {
-  if (!ParseLabelled(stack)) return Malformed("the label stack has no bottom");
+void Walk::Labelled(unsigned vlan_vrf, View stack) {
+  std::optional<Packet> labelled = ParseLabelled(stack);
+  if (!labelled) return Malformed("the label stack has no bottom");
   hops_ = 1;
   unsigned ttl = 255;
   for (;; stack = stack.From(kLabelBytes)) {
@@ -119,7 +118,10 @@ Way Walk::Labelled(unsigned vlan_vrf, View stack) {
         return Dropped(Drop::kMissingLabel, [&] { return "label " + std::to_string(entry.label) + " has no row"; });
       case LabelAction::Kind::kDestination:
         takes_label_ = true;
-        return ToDestination(action.value, {Packet::Kind::kLabelled, stack, ttl, entry.exp});
+        labelled->bytes = stack;
+        labelled->ttl = ttl;
+        labelled->exp = entry.exp;
+        return ToDestination(action.value, *labelled);
       case LabelAction::Kind::kPopPort:
         if (!entry.bottom) return Malformed("below the label of a virtual circuit lies another label");
         return Unwrapped(static_cast<int>(action.value), stack.From(kLabelBytes), ttl);
@@ -131,7 +133,7 @@ Way Walk::Labelled(unsigned vlan_vrf, View stack) {
 }
 
 /// The frame out of a virtual circuit leaves as it is.
-Way Walk::Unwrapped(int port, View frame, unsigned ttl) {
+void Walk::Unwrapped(int port, View frame, unsigned ttl) {
   if (ttl <= kLastHop) return Dropped(Drop::kTtl, [&] { return "the label's TTL is " + std::to_string(ttl); });
   const std::optional<Packet> packet = ParseEthernet(frame);
   if (!packet) return Malformed("the Ethernet header below the label is cut off");

@@ -32,7 +32,7 @@ void TellOddities(const Egress& egress, const IntfValues& intf, const LabelStack
 
 }  // namespace
 
-Way Walk::ToDestination(unsigned destination, const Packet& packet) {
+void Walk::ToDestination(unsigned destination, Packet& packet) {
   way_.destination = destination;
   const auto found = records_.find(static_cast<int>(destination));
   if (found == records_.end()) {
@@ -59,7 +59,7 @@ Way Walk::ToDestination(unsigned destination, const Packet& packet) {
   if (egress->intf == kNoIntf) {
     return Dropped(Drop::kNoInterface, [&] { return egress_text(" is bound to no interface"); });
   }
-  const IntfObject* const intf = tables_.intfs.Find(egress->intf);
+  const Intf* const intf = tables_.intfs.Find(egress->intf);
   if (!intf) {
     return Dropped(Drop::kInterfaceGone, [&] {
       return egress_text(" is bound to interface ") + to_string(egress->intf) + ", which has been deleted";
@@ -72,39 +72,37 @@ Way Walk::ToDestination(unsigned destination, const Packet& packet) {
   return Encapsulated(*egress, *intf, packet);
 }
 
-Way Walk::Encapsulated(const Egress& egress, const IntfObject& object, Packet packet) {
-  const IntfValues intf = ValuesOf(object);
+void Walk::Encapsulated(const Egress& egress, const Intf& intf, Packet& packet) {
+  const Intf::Framing& framing = intf.framing;
   const LabelStack* const initiator = tables_.initiators.Find(egress.intf);
   if (story_) {
-    story_->Tell(MakeRow(object));
+    story_->Tell(MakeRow(intf));
     if (initiator) story_->Tell(MakeRow(egress.intf, *initiator));
-    TellOddities(egress, intf, initiator, story_);
+    TellOddities(egress, ValuesOf(intf), initiator, story_);
   }
 
   packet.ttl -= hops_;
-  const Headers headers{egress.mac, intf.mac, intf.vlan_id, LabelsFor(egress, initiator, packet)};
+  const Headers headers{egress.mac, framing.mac, framing.vlan_id, LabelsFor(egress, initiator, packet)};
   const std::size_t pushed = headers.labels.size();
-  Packet below = packet;
+  std::optional<Packet> unlabelled;
   if (packet.kind == Packet::Kind::kLabelled && (takes_label_ || Swaps(egress))) {
-    below = WithoutLabel(packet);
+    unlabelled = WithoutLabel(packet);
     if (pushed == 0) {  // what was below is outermost now, and must not outlive the label
-      if (below.kind == Packet::Kind::kOpaque) {
-        const std::optional<Packet> ip = ParseIp(below.bytes);
-        if (!ip) return Malformed("below the last label lies no IP packet");
-        below = *ip;
-      }
-      below.ttl = std::min(below.ttl, packet.ttl);
+      if (unlabelled->kind == Packet::Kind::kOpaque) unlabelled = ParseIp(unlabelled->bytes);
+      if (!unlabelled) return Malformed("below the last label lies no IP packet");
+      unlabelled->ttl = std::min(unlabelled->ttl, packet.ttl);
     }
   }
+  const Packet& below = unlabelled ? *unlabelled : packet;
   if (below.kind == Packet::Kind::kEthernet && pushed == 0) {
     return Dropped(Drop::kMissingLabel, [&] { return "a whole frame takes the label of a virtual circuit"; });
   }
 
   const std::size_t size = kLabelBytes * pushed + below.bytes.size;
-  if (size > intf.mtu) {
+  if (size > framing.mtu) {
     return Dropped(Drop::kMtu, [&] {
       return "it would send " + to_string(size) + " bytes with labels; the MTU of interface " + to_string(egress.intf) +
-             " is " + to_string(intf.mtu);
+             " is " + to_string(framing.mtu);
     });
   }
   const std::optional<int> port = FindPort(egress.port, packet);
@@ -131,14 +129,13 @@ PushedLabels Walk::LabelsFor(const Egress& egress, const LabelStack* initiator, 
   return labels;
 }
 
-Way Walk::ToCpu(int egress_id) {
+void Walk::ToCpu(int egress_id) {
   out_.assign(arrived_.data, arrived_.data + arrived_.size);
   if (story_) story_->Tell(ToCpuStep{"egress object " + to_string(egress_id) + " sends to the CPU", arrived_});
   way_.fate = Way::Fate::kToCpu;
-  return way_;
 }
 
-Way Walk::NoPort(int port) {
+void Walk::NoPort(int port) {
   return Dropped(Drop::kNoPort, [&] { return "port " + to_string(port) + " does not exist"; });
 }
 
@@ -153,11 +150,10 @@ std::optional<int> Walk::FindPort(int port, const Packet& packet) {
   return chosen;
 }
 
-Way Walk::Sent(int port) {
+void Walk::Sent(int port) {
   if (story_) story_->Tell(SentStep{port, out_});
   way_.fate = Way::Fate::kSent;
   way_.port = port;
-  return way_;
 }
 
 }  // namespace softcard

@@ -62,12 +62,12 @@ inline void PutEntry(unsigned char* at, const StackEntry& entry) {
   Put32(at, entry.label << 12 | entry.exp << 9 | (entry.bottom ? 0x100U : 0U) | entry.ttl);
 }
 
-/// The ones' complement sum of an even number of bytes, in 16 bits: 0xFFFF over a header whose checksum is right.
-inline unsigned InternetSum(const unsigned char* at, std::size_t size) {
-  uint32_t sum = 0;
-  for (std::size_t i = 0; i < size; i += 2) sum += Get16(at + i);
+/// The checksum of a header of 32-bit words: 0 when it holds its own and that is right.
+inline unsigned InternetChecksum(const unsigned char* header, std::size_t size) {
+  uint64_t sum = 0;
+  for (std::size_t i = 0; i < size; i += 4) sum += Get32(header + i);
   while (sum > 0xFFFF) sum = (sum & 0xFFFF) + (sum >> 16);
-  return sum;
+  return ~static_cast<unsigned>(sum) & 0xFFFF;
 }
 
 }  // namespace softcard

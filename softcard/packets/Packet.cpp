@@ -35,7 +35,7 @@ std::optional<Packet> ParseIpv4(View bytes) {
   const std::size_t header = std::size_t{4} * (bytes.data[0] & 0xF);
   const std::size_t total = Get16(bytes.data + 2);
   if (header < kIpv4Bytes || header > total || total > bytes.size) return std::nullopt;
-  if (InternetSum(bytes.data, header) != 0xFFFF) return std::nullopt;
+  if (InternetChecksum(bytes.data, header) != 0) return std::nullopt;
   return Packet{Packet::Kind::kIpv4, {bytes.data, total}, bytes.data[kIpv4Ttl], unsigned{bytes.data[1]} >> 5};
 }
 

@@ -15,34 +15,34 @@ class Walk {
   Walk(const Tables& tables, const Records& records, View arrived, Bytes* out, Story* story)
       : tables_(tables), records_(records), arrived_(arrived), out_(*out), story_(story) {}
 
-  Way FromWire(int port);
-  Way ToDestination(unsigned destination, const Packet& packet);
+  void FromWire(int port);
+  void ToDestination(unsigned destination, Packet& packet);
+  const Way& way() const { return way_; }
 
   /// Ends the way; the reason is put into words only when somebody listens.
   template <typename Reason>
-  Way Dropped(Drop drop, const Reason& reason) {
+  void Dropped(Drop drop, const Reason& reason) {
     out_.clear();
     if (story_) story_->Tell(DroppedStep{drop, reason()});
     way_.drop = drop;
-    return way_;
   }
-  Way Malformed(const char* reason) {
-    return Dropped(Drop::kMalformed, [&] { return reason; });
+  void Malformed(const char* reason) {
+    Dropped(Drop::kMalformed, [&] { return reason; });
   }
 
  private:
   bool IsMyStation(unsigned vlan_id, const unsigned char* mac);
-  Way Routed(unsigned vrf, const std::optional<Packet>& ip, unsigned ttl);
-  Way Labelled(unsigned vlan_vrf, View stack);
-  Way Unwrapped(int port, View frame, unsigned ttl);
+  void Routed(unsigned vrf, std::optional<Packet>&& ip, unsigned ttl);
+  void Labelled(unsigned vlan_vrf, View stack);
+  void Unwrapped(int port, View frame, unsigned ttl);
 
-  Way Encapsulated(const Egress& egress, const IntfObject& object, Packet packet);
+  void Encapsulated(const Egress& egress, const Intf& intf, Packet& packet);
   PushedLabels LabelsFor(const Egress& egress, const LabelStack* initiator, const Packet& packet) const;
-  Way ToCpu(int egress_id);
-  Way NoPort(int port);
+  void ToCpu(int egress_id);
+  void NoPort(int port);
   /// The port itself, of a LAG with members the one for the packet's flow; nothing for a port that does not exist.
   std::optional<int> FindPort(int port, const Packet& packet);
-  Way Sent(int port);
+  void Sent(int port);
 
   const Tables& tables_;
   const Records& records_;

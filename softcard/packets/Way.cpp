@@ -5,7 +5,9 @@
 namespace softcard {
 
 Way Inject(const Tables& tables, const Records& records, int port, View frame, Bytes* out, Story* story) {
-  return Walk(tables, records, frame, out, story).FromWire(port);
+  Walk walk(tables, records, frame, out, story);
+  walk.FromWire(port);
+  return walk.way();
 }
 
 Way Send(const Tables& tables, const Records& records, unsigned destination, Carried carried, View bytes, Bytes* out,
@@ -19,8 +21,13 @@ Way Send(const Tables& tables, const Records& records, unsigned destination, Car
     }
     return ParseIp(bytes);
   };
-  const std::optional<Packet> packet = parse();
-  return packet ? walk.ToDestination(destination, *packet) : walk.Malformed("the packet is not whole");
+  std::optional<Packet> packet = parse();
+  if (packet) {
+    walk.ToDestination(destination, *packet);
+  } else {
+    walk.Malformed("the packet is not whole");
+  }
+  return walk.way();
 }
 
 }  // namespace softcard

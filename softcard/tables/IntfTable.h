@@ -9,8 +9,19 @@
 
 namespace softcard {
 
-/// L3 interfaces. Only `IntfManager` can write what is in an interface object.
-class IntfTable : IdTable<IntfObject> {
+/// An interface object, and beside it what every frame that leaves through it takes from it: a packet has no time to
+/// ask the object's functions, which consult the fault plan and write the call log.
+struct Intf : IntfObject {
+  struct Framing {
+    MacAddress mac{};
+    unsigned vlan_id = 0;
+    unsigned mtu = 0;
+  };
+  Framing framing;
+};
+
+/// L3 interfaces. Only `IntfManager` can write what is in an interface object, and does so in both places.
+class IntfTable : IdTable<Intf> {
  public:
   static const TableDescription kDescription;
 

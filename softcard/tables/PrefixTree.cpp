@@ -62,7 +62,7 @@ void PutStep(IpAddress* address, unsigned depth, unsigned step) {
 
 }  // namespace
 
-std::optional<PrefixTree::Match> PrefixTree::Longest(IpAddress::Version version, const unsigned char* address) const {
+PrefixTree::Match PrefixTree::Longest(IpAddress::Version version, const unsigned char* address) const {
   Rest rest(version, address);
   const Node* found = nullptr;
   unsigned found_step = 0, found_depth = 0;
@@ -78,10 +78,10 @@ std::optional<PrefixTree::Match> PrefixTree::Longest(IpAddress::Version version,
     node = &nodes_[node->first_child + node->ChildrenBelow(step)];
     rest.Advance();
   }
-  if (!found) return std::nullopt;
+  if (!found) return {0, nullptr};
   const bool whole = found->HasPrefix(kSteps + found_step);
   const unsigned bit = whole ? kSteps + found_step : HighestBit(found->prefixes[0] & kCovering[found_step / 2]);
-  return Match{kStep * found_depth + HighestBit(bit), values_[found->first_value + found->PrefixesBelow(bit)]};
+  return {kStep * found_depth + HighestBit(bit), &ValueOf(*found, bit)};
 }
 
 bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {
@@ -100,12 +100,17 @@ bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {
   }
   Node& node = nodes_[index];
   const unsigned bit = BitOf(prefix.length, rest.step());
-  const unsigned at = node.PrefixesBelow(bit);
   if (node.HasPrefix(bit)) {
-    values_[node.first_value + at] = value;
+    (node.HasOnePrefix() ? node.first_value : values_[node.first_value + node.PrefixesBelow(bit)]) = value;
     return false;
   }
-  node.first_value = values_.Insert(node.first_value, node.PrefixCount(), at, value);
+  const unsigned count = node.PrefixCount();
+  if (count == 0) {
+    node.first_value = value;
+  } else {
+    if (count == 1) node.first_value = values_.Insert(0, 0, 0, node.first_value);
+    node.first_value = values_.Insert(node.first_value, count, node.PrefixesBelow(bit), value);
+  }
   node.FlipPrefix(bit);
   return true;
 }
@@ -140,7 +145,13 @@ bool PrefixTree::Delete(const Prefix& prefix) {
 
   Node& holder = nodes_[path[deepest].index];
   const unsigned bit = BitOf(prefix.length, rest.step());
-  holder.first_value = values_.Erase(holder.first_value, holder.PrefixCount(), holder.PrefixesBelow(bit));
+  const unsigned count = holder.PrefixCount();
+  if (count > 1) holder.first_value = values_.Erase(holder.first_value, count, holder.PrefixesBelow(bit));
+  if (count == 2) {
+    const uint32_t last = values_[holder.first_value];
+    values_.Erase(holder.first_value, 1, 0);
+    holder.first_value = last;
+  }
   holder.FlipPrefix(bit);
 
   for (unsigned depth = deepest; depth > 0 && nodes_[path[depth].index].IsEmpty(); --depth) {
@@ -157,7 +168,7 @@ void PrefixTree::ForEach(IpAddress::Version version, const Visitor& visit) const
   IpAddress address;
   address.version = version;
   const Node& root = nodes_[kRoot];
-  if (root.HasPrefix(1)) visit({address, 0}, values_[root.first_value]);
+  if (root.HasPrefix(1)) visit({address, 0}, ValueOf(root, 1));
   Visit(kRoot, 0, &address, visit);
 }
 
@@ -169,7 +180,7 @@ void PrefixTree::Visit(uint32_t index, unsigned depth, IpAddress* address, const
       const bool begins_here = step % (kSteps >> length) == 0;
       const unsigned bit = 1U << length | step >> (kStep - length);
       if (begins_here && node.HasPrefix(bit)) {
-        visit({*address, kStep * depth + length}, values_[node.first_value + node.PrefixesBelow(bit)]);
+        visit({*address, kStep * depth + length}, ValueOf(node, bit));
       }
     }
     if (node.HasChild(step)) Visit(node.first_child + node.ChildrenBelow(step), depth + 1, address, visit);

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 
 #include "softcard/tables/BlockPool.h"
 #include "softcard/tables/Prefix.h"
@@ -19,8 +18,8 @@ namespace softcard {
 class PrefixTree {
  public:
   struct Match {
-    unsigned length;  ///< of the prefix, in bits
-    uint32_t value;
+    unsigned length;        ///< of the prefix, in bits
+    const uint32_t* value;  ///< null: no prefix matches
   };
 
   PrefixTree() { nodes_.Insert(0, 0, 0, Node()); }  // the root, at kRoot
@@ -33,7 +32,7 @@ class PrefixTree {
   bool empty() const { return nodes_[kRoot].IsEmpty(); }
 
   /// The longest prefix of an address of this version, in network byte order.
-  std::optional<Match> Longest(IpAddress::Version version, const unsigned char* address) const;
+  Match Longest(IpAddress::Version version, const unsigned char* address) const;
 
   /// Tells every prefix, in the order of the addresses, the shorter of two that begin alike first.
   using Visitor = std::function<void(const Prefix& prefix, uint32_t value)>;
@@ -46,7 +45,7 @@ class PrefixTree {
   struct Node {
     uint64_t prefixes[2] = {0, 0};  ///< of the second word each bit is a whole step
     uint64_t children = 0;
-    uint32_t first_value = 0;
+    uint32_t first_value = 0;  ///< of one prefix alone the value itself
     uint32_t first_child = 0;
 
     bool IsEmpty() const { return (prefixes[0] | prefixes[1] | children) == 0; }
@@ -59,6 +58,10 @@ class PrefixTree {
       return bit < 64 ? below : Count(prefixes[0]) + below;
     }
     unsigned PrefixCount() const { return Count(prefixes[0]) + Count(prefixes[1]); }
+    bool HasOnePrefix() const {
+      const auto one = [](uint64_t bits) { return (bits & (bits - 1)) == 0; };
+      return prefixes[0] == 0 ? one(prefixes[1]) : prefixes[1] == 0 && one(prefixes[0]);
+    }
   };
   static constexpr uint32_t kRoot = 0;
 
@@ -67,6 +70,12 @@ class PrefixTree {
     bits -= bits >> 1 & 0x5555555555555555;
     bits = (bits & 0x3333333333333333) + (bits >> 2 & 0x3333333333333333);
     return static_cast<unsigned>(((bits + (bits >> 4)) & 0x0F0F0F0F0F0F0F0F) * 0x0101010101010101 >> 56);
+  }
+
+  /// The value of a prefix that the node has. One that is alone stands in the node: most are in a large table, and a
+  /// look elsewhere takes as long as all the rest of a node.
+  const uint32_t& ValueOf(const Node& node, unsigned bit) const {
+    return node.HasOnePrefix() ? node.first_value : values_[node.first_value + node.PrefixesBelow(bit)];
   }
 
   void Visit(uint32_t index, unsigned depth, IpAddress* address, const Visitor& visit) const;

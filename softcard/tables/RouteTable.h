@@ -1,7 +1,6 @@
 #ifndef SOFTCARD_TABLES_ROUTE_TABLE_H
 #define SOFTCARD_TABLES_ROUTE_TABLE_H
 
-#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -15,11 +14,6 @@ namespace softcard {
 /// is installed counts when a packet comes.
 class RouteTable {
  public:
-  struct Route {
-    unsigned length;       ///< of the prefix
-    unsigned destination;  ///< its id
-  };
-
   static const TableDescription kDescription;
 
   explicit RouteTable(unsigned size) : size_(size) {}
@@ -29,14 +23,11 @@ class RouteTable {
   /// BCM_E_PARAM for a prefix that is none, BCM_E_NOT_FOUND.
   int Delete(unsigned vrf, const Prefix& prefix);
 
-  /// The longest prefix that an address, in network byte order, lies in.
-  std::optional<Route> Find(unsigned vrf, IpAddress::Version version, const unsigned char* address) const {
+  /// The longest prefix that an address, in network byte order, lies in; its value is the destination's id.
+  PrefixTree::Match Find(unsigned vrf, IpAddress::Version version, const unsigned char* address) const {
     const auto trees = vrfs_.find(vrf);
-    if (trees == vrfs_.end()) return std::nullopt;
-    const PrefixTree& tree = version == IpAddress::Version::k4 ? trees->second.v4 : trees->second.v6;
-    const auto match = tree.Longest(version, address);
-    if (!match) return std::nullopt;
-    return Route{match->length, match->value};
+    if (trees == vrfs_.end()) return {0, nullptr};
+    return (version == IpAddress::Version::k4 ? trees->second.v4 : trees->second.v6).Longest(version, address);
   }
 
   unsigned count() const { return count_; }

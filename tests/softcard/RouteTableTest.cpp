@@ -26,7 +26,7 @@ Prefix Of(const std::string& text, unsigned int length) { return {Address(text),
 std::string Found(const RouteTable& routes, unsigned int vrf, const std::string& text) {
   const IpAddress address = Address(text);
   const auto route = routes.Find(vrf, address.version, address.bytes.data());
-  return route ? std::to_string(route->length) + ": " + std::to_string(route->destination) : "none";
+  return route.value ? std::to_string(route.length) + ": " + std::to_string(*route.value) : "none";
 }
 
 TEST(RouteTableTest, TheLongestPrefixCounts) {
@@ -162,7 +162,7 @@ TEST(RouteTableTest, AnyOrderOfChangesGivesWhatAListWouldAndACopyStaysAsItWas) {
       const IpAddress asked = random_address();
       const auto route = routes.Find(1, version, asked.bytes.data());
       const std::string found =
-          route ? std::to_string(route->length) + ": " + std::to_string(route->destination) : "none";
+          route.value ? std::to_string(route.length) + ": " + std::to_string(*route.value) : "none";
       ASSERT_EQ(found, list.Found(asked)) << Text(asked) << " after " << i << " changes";
     }
     ASSERT_EQ(routes.Rows().size(), list.rows.size());

@@ -265,7 +265,7 @@ TEST_F(ForwardingTest, AllPacketsOfAFlowLeaveByTheSameMemberOfALagAndFlowsAreSpr
     softcard::Put16(&frame[18 + 18], flow);  // the destination's lower half
     const auto with_checksum = [](Bytes bytes) {
       softcard::Put16(&bytes[18 + 10], 0);
-      softcard::Put16(&bytes[18 + 10], ~softcard::InternetSum(&bytes[18], 20));
+      softcard::Put16(&bytes[18 + 10], softcard::InternetChecksum(&bytes[18], 20));
       return bytes;
     };
     const Way first = card_.Inject(with_checksum(frame));
