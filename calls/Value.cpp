@@ -7,6 +7,9 @@
 #include "calls/Json.h"
 #include "calls/Take.h"
 
+// Weak: calls are written and read also where no platform is.
+extern "C" __attribute__((weak)) const char* const _shr_errmsg[];
+
 namespace calls {
 namespace {
 
@@ -185,6 +188,7 @@ Value ToValue(const LabelArray& labels) {
 
 const char* StatusWords(std::int64_t status) {
   constexpr int kUnknown = 19;
+  if (!_shr_errmsg) return "no words without a platform";
   return _shr_errmsg[status <= 0 && status >= BCM_E_PORT ? -status : kUnknown];
 }
 
