@@ -30,8 +30,9 @@ std::string CallText(const Call& call, const LimIdNames& names) {
   }
   text += ')';
   if (!call.thrown.empty()) return text + " threw " + call.thrown;
-  if (!std::holds_alternative<std::monostate>(call.result))
+  if (!std::holds_alternative<std::monostate>(call.result)) {
     text += " = " + Text(function.result_kind(), call.result, names);
+  }
   if (!std::holds_alternative<std::monostate>(call.output)) {
     text += std::string(kOutput) + function.output.name + '=';
     text += Text(function.output.kind, call.output, names);
@@ -52,9 +53,10 @@ std::string CallJson(const Call& call, const LimIdNames& names) {
     json += ", \"result\": " + Json(function.result_kind(), call.result, names);
   }
   if (number && *number < 0) json += ", \"status\": " + JsonString(StatusWords(*number));
-  if (!std::holds_alternative<std::monostate>(call.output))
+  if (!std::holds_alternative<std::monostate>(call.output)) {
     json += ", \"output\": {" + JsonString(function.output.name) + ": " +
             Json(function.output.kind, call.output, names) + '}';
+  }
   if (call.injected) json += ", \"injected\": true";
   if (!call.thrown.empty()) json += ", \"threw\": " + JsonString(call.thrown);
   return json + '}';

@@ -8,7 +8,7 @@
 #include "calls/Take.h"
 
 // Weak: calls are written and read also where no platform is.
-extern "C" __attribute__((weak)) const char* const _shr_errmsg[];
+#pragma weak _shr_errmsg
 
 namespace calls {
 namespace {
@@ -117,6 +117,7 @@ std::optional<Value> TakeMac(std::string_view* text) {
   for (unsigned char& byte : mac) {
     if (&byte != mac.data() && !Take(text, ":")) return std::nullopt;
     std::string_view digits = text->substr(0, 2);
+    if (digits.size() < 2 || digits.front() == '-') return std::nullopt;
     const auto number = TakeNumber(&digits, 16);
     if (!number || !digits.empty()) return std::nullopt;
     byte = static_cast<unsigned char>(*number);

@@ -13,13 +13,12 @@ namespace recorder {
 /// A call that is noted. Apart from the others, which it would slow down.
 template <int kIndex, typename Result, typename Arguments, typename Output, typename... Values>
 __attribute__((noinline)) Result Noted(Arguments arguments, Output output, Values... values) {
-  constexpr const calls::Function& function = calls::kFunctions[kIndex];
-  static_assert(std::tuple_size_v<Arguments> == function.argument_count());
+  static_assert(std::tuple_size_v<Arguments> == calls::kFunctions[kIndex].argument_count());
   const auto next = reinterpret_cast<Result (*)(Values...)>(Next(kIndex));
   // Notes are made inside Recorder::Note, which nothing leaves: not even for lack of memory.
   const auto note = [&](bool succeeded, bool threw, const auto&... result) {
     Recorder::Get().Note([&] {
-      calls::Call call = calls::MakeCall(function, arguments);
+      calls::Call call = calls::MakeCall(calls::kFunctions[kIndex], arguments);
       ((call.result = calls::ResultValue(result)), ...);
       if (succeeded) call.output = output();
       if (threw) call.thrown = DescribeThrown();

@@ -1,6 +1,7 @@
 #include "recorder/Player.h"
 
 #include <algorithm>
+#include <memory>
 #include <new>
 #include <stdexcept>
 #include <utility>
@@ -88,8 +89,9 @@ void AppendRecorded(Lines* lines, const Step& step, unsigned depth) {
       AppendRecorded(lines, *inner, depth + 1);
       if (!inner->result.empty()) Append(lines, EventIndentation(depth), GetsText(notification->client, inner->result));
     }
-    if (!notification->thrown.empty())
+    if (!notification->thrown.empty()) {
       Append(lines, EventIndentation(depth), ThrewText(notification->client, notification->thrown));
+    }
   }
 }
 
@@ -121,9 +123,10 @@ Lines Player::Recorded(const Step& step) {
 Lines Player::Play(const Step& step) {
   const auto* const request = std::get_if<Request>(&step.action);
   const bool is_start = request && request->operation == Operation::kStart;
-  if (is_start && std::exchange(started_, true))
+  if (is_start && std::exchange(started_, true)) {
     throw BadRecording("line " + std::to_string(step.line) +
                        ": the module starts a second time; replay the recordings of two processes one by one");
+  }
   if (!is_start) Start();
   lines_.clear();
   Perform(step, 0, nullptr);
@@ -200,10 +203,10 @@ void Player::Apply(const Standing& standing) {
     case Standing::Kind::kUnit: common_.unit = standing.unit; break;
     case Standing::Kind::kDestination: {
       const int id = static_cast<int>(standing.destination_id);
+      auto record =
+          std::make_unique<DestinationIdCorrelator>(DestinationIdCorrelator{id, standing.intf, standing.egress});
       // The module frees it, as one of its own.
-      if (common_.destination_id_correlators.count(id) == 0)
-        common_.destination_id_correlators.emplace(id,
-                                                   *new DestinationIdCorrelator{id, standing.intf, standing.egress});
+      if (common_.destination_id_correlators.emplace(id, *record).second) static_cast<void>(record.release());
       break;
     }
     case Standing::Kind::kClient: Register(standing.client); break;

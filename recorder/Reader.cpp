@@ -47,8 +47,9 @@ std::optional<Standing> ReadStanding(std::string_view text) {
     standing.kind = Standing::Kind::kUnit;
   } else if (TakeField(&text, "destination ", &standing.destination_id)) {
     standing.kind = Standing::Kind::kDestination;
-    if (!TakeField(&text, " intf=", &standing.intf) || !TakeField(&text, " egress=", &standing.egress))
+    if (!TakeField(&text, " intf=", &standing.intf) || !TakeField(&text, " egress=", &standing.egress)) {
       return std::nullopt;
+    }
   } else if (Take(&text, "client ")) {
     standing.kind = Standing::Kind::kClient;
     auto client = ReadRegistration(std::exchange(text, {}));
@@ -57,8 +58,9 @@ std::optional<Standing> ReadStanding(std::string_view text) {
   } else if (Take(&text, "lim ")) {
     standing.kind = Standing::Kind::kLim;
     const auto word = calls::Read(calls::Kind::kLimId, &text);
-    if (!word || !TakeEntry(&text, " port=", &standing.port) || !TakeEntry(&text, " lag=", &standing.lag))
+    if (!word || !TakeEntry(&text, " port=", &standing.port) || !TakeEntry(&text, " lag=", &standing.lag)) {
       return std::nullopt;
+    }
     standing.limid = {static_cast<uint32_t>(std::get<std::int64_t>(*word))};
   } else {
     return std::nullopt;
@@ -94,12 +96,12 @@ bool IsResult(std::string_view text, const Step& step) {
 }
 
 std::optional<Notification> ReadTelling(std::string_view text) {
-  Notification notification;
   auto name = Take(&text, "client ") ? TakeWord(&text) : std::nullopt;
   unsigned id = 0;
   int port = 0;
-  if (!name || !TakeField(&text, " is told id=", &id) || !TakeField(&text, " port=", &port) || !text.empty())
+  if (!name || !TakeField(&text, " is told id=", &id) || !TakeField(&text, " port=", &port) || !text.empty()) {
     return std::nullopt;
+  }
   return Notification{*std::move(name), static_cast<int>(id), static_cast<unsigned>(port), {}, {}};
 }
 
@@ -125,18 +127,21 @@ Reader::Reader(std::istream& in) : in_(in) {
   if (!GetLine(&text)) throw BadRecording("the file is empty: nothing was recorded into it; name another");
   std::string_view first = text;
   int version = 0;
-  if (!TakeField(&first, "card recording ", &version) || !first.empty())
+  if (!TakeField(&first, "card recording ", &version) || !first.empty()) {
     throw BadRecording("line 1: this is no recording, which begins with \"card recording " +
                        std::to_string(kFormatVersion) + "\"; name a file that HAL_CARD_RECORDING was set to");
-  if (version != kFormatVersion)
+  }
+  if (version != kFormatVersion) {
     throw BadRecording("line 1: the recording is of format version " + std::to_string(version) +
                        ", which this program does not read; take the one of the recorder's own release");
+  }
   header_.module_version = TakeHeaderLine("module ");
   const std::string machine = TakeHeaderLine("machine ");
   std::string_view rest = machine;
   if (!TakeNumber(&rest, &header_.word_bits) || (header_.word_bits != 32 && header_.word_bits != 64) ||
-      (rest != "-bit big-endian" && rest != "-bit little-endian"))
+      (rest != "-bit big-endian" && rest != "-bit little-endian")) {
     Refuse("\"" + machine + "\" is no machine, such as \"32-bit big-endian\"");
+  }
   header_.big_endian = rest == "-bit big-endian";
   const std::string unit = TakeHeaderLine("unit ");
   rest = unit;
@@ -153,9 +158,10 @@ void Reader::Refuse(const std::string& why) const {
 
 std::string Reader::TakeHeaderLine(const char* name) {
   std::string text;
-  if (!GetLine(&text))
+  if (!GetLine(&text)) {
     throw BadRecording("line " + std::to_string(number_ + 1) + ": the recording ends in its header, before \"" + name +
                        "\": it was cut; take a whole one");
+  }
   std::string_view rest = text;
   if (!Take(&rest, name)) Refuse("the header lacks its line \"" + std::string(name) + "...\"");
   return std::string(rest);
@@ -167,12 +173,14 @@ bool Reader::GetLine(std::string* text) {
   constexpr int kEnd = std::char_traits<char>::eof();
   for (int c = buffer.sbumpc(); c != '\n'; c = buffer.sbumpc()) {
     if (c == kEnd && text->empty()) return false;
-    if (c == kEnd)
+    if (c == kEnd) {
       throw BadRecording("line " + std::to_string(number_ + 1) +
                          ": the last line is incomplete: the recording was cut; remove that line to read the others");
-    if (text->size() == kLongestLine)
+    }
+    if (text->size() == kLongestLine) {
       throw BadRecording("line " + std::to_string(number_ + 1) +
                          ": no line of a recording is that long; name a file that HAL_CARD_RECORDING was set to");
+    }
     *text += static_cast<char>(c);
   }
   ++number_;
@@ -216,8 +224,9 @@ std::optional<Entry> Reader::Next() {
     step->complete = MayLackResult(*step);
   }
   // A recording that ends in a request is what a process leaves that died in it; so is one that stopped.
-  if (!step->complete && line_ && line_->text.rfind("! the recording stopped", 0) != 0)
+  if (!step->complete && line_ && line_->text.rfind("! the recording stopped", 0) != 0) {
     Refuse("the request of line " + std::to_string(step->line) + " has no result");
+  }
   return *std::move(step);
 }
 

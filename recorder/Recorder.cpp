@@ -36,8 +36,9 @@ std::uint64_t ReadLimit(std::string_view text) {
   const std::string_view suffix = text.substr(static_cast<std::size_t>(end - text.data()));
   constexpr std::string_view kSuffixes = "kMG";
   const std::size_t power = suffix.empty() ? 0 : kSuffixes.find(suffix) + 1;
-  if (error == std::errc() && limit > 0 && (suffix.empty() || power > 0) && limit < UINT64_MAX >> 10 * power)
+  if (error == std::errc() && limit > 0 && (suffix.empty() || power > 0) && limit < UINT64_MAX >> 10 * power) {
     return limit << 10 * power;
+  }
   std::fprintf(stderr,
                "hal_card_recorder: HAL_CARD_RECORDING_LIMIT=%.*s is no size, such as 500000, 64k, 10M or 2G; there is "
                "no limit\n",
@@ -199,10 +200,12 @@ void Recorder::PutCommon(const Request& request) {
 }
 
 void Recorder::PutUnnoted() {
-  if (const unsigned missed = missed_.exchange(0))
+  if (const unsigned missed = missed_.exchange(0)) {
     Put(0, "! not recorded: " + std::to_string(missed) + " requests of a second thread");
-  if (const unsigned lost = std::exchange(lost_, 0))
+  }
+  if (const unsigned lost = std::exchange(lost_, 0)) {
     Put(0, "! not recorded: " + std::to_string(lost) + " lines, for lack of memory");
+  }
 }
 
 void Recorder::Put(unsigned indentation, std::string_view text) {

@@ -51,7 +51,7 @@ std::string Text(const Request& request);
 /// The request of such a text, fields in that order; nothing for any other text.
 std::optional<Request> ReadRequest(std::string_view text);
 
-/// Makes it; a start has no result and gives 0.
+/// Makes it; a start has no result and gives 0. In Make.cpp, for whoever has a module.
 int Make(const Request& request, const HalL3MplsEncapsulationInterface& module);
 
 /// A client's name as a word: in double quotes, with \" and \\ in them, when it is no plain word.

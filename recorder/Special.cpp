@@ -49,9 +49,9 @@ class Log : public HalCallbacksItf {
   }
 
   static HalCallbacksItf* InFrontOf(HalCallbacksItf* behind) {
-    static Log* const log = new Log;
+    static Log* const instance = new Log;
     behind_ = behind;
-    return log;
+    return instance;
   }
 
  private:

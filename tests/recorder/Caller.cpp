@@ -1,7 +1,6 @@
 // A process on a card, for the tests of what stands in front of its platform. Prints what the card saw.
 
 #include <csignal>
-#include <cstdlib>
 #include <future>
 #include <iostream>
 #include <map>
@@ -111,7 +110,7 @@ int main(int argc, char** argv) {
   const std::map<std::string, void (*)()> ways = {
       {"all", All}, {"die", DieInACallback}, {"threads", TwoThreads}, {"pause", Pause}};
   if (what == "count" && argc > 2) {
-    Count(std::atoi(argv[2]));
+    Count(std::stoi(argv[2]));
   } else if (const auto way = ways.find(what); way != ways.end()) {
     way->second();
   } else {

@@ -26,8 +26,9 @@ TEST(ALine, StaysOneWhateverItsText) {
 
 TEST(ALine, IsNotReadFromWhatNoRecorderWrites) {
   for (const char* line : {"", "   ", "12", "12 ", "x install-vrf 1", "-1 init", "12 a\\", "12 a\\q", "12 a\\x1",
-                           "12 a\\xgg", "99999999999999999999 init", "12 a\tb", "12init"})
+                           "12 a\\xgg", "99999999999999999999 init", "12 a\tb", "12init"}) {
     EXPECT_FALSE(ReadLine(line)) << line;
+  }
 }
 
 TEST(ARequest, IsReadBackFromItsText) {
@@ -45,11 +46,13 @@ TEST(ARequest, IsReadBackFromItsText) {
 }
 
 TEST(ARequest, IsNotReadFromAnotherText) {
-  for (const char* text : {"", "install", "install-vrf", "install-vrf x", "install-vrf 1 ", "install-vrf 4294967296",
-                           "install-vlan 10 vrf=1", "install-vlan 10 lim=eth1 vrf=1 mtu=1 mac=null",
-                           "destroy-vlan 10 caps=1", "install-host 1 vlan=0 lim=0x1 mac=0 actions=",
-                           "install-host 1 vlan=0 lim=0x1 mac=null actions=drop,", "start 1"})
+  for (const char* text :
+       {"", "install", "install-vrf", "install-vrf x", "install-vrf 1 ", "install-vrf 4294967296",
+        "install-vlan 10 vrf=1", "install-vlan 10 lim=eth1 vrf=1 mtu=1 mac=null", "destroy-vlan 10 caps=1",
+        "install-host 1 vlan=0 lim=0x1 mac=0 actions=", "install-host 1 vlan=0 lim=0x1 mac=00:00:5e:00:01:-1",
+        "install-host 1 vlan=0 lim=0x1 mac=null actions=drop,", "start 1"}) {
     EXPECT_FALSE(ReadRequest(text)) << text;
+  }
 }
 
 TEST(AClientsName, IsAWordWhateverItsCharacters) {
