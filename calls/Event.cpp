@@ -14,6 +14,7 @@ namespace calls {
 namespace {
 
 constexpr std::string_view kInjected = " [injected]";
+constexpr std::string_view kOutput = " -> ";
 constexpr std::string_view kLog = "log ";
 
 std::string CallText(const Call& call, const LimIdNames& names) {
@@ -29,8 +30,14 @@ std::string CallText(const Call& call, const LimIdNames& names) {
   }
   text += ')';
   if (!call.thrown.empty()) return text + " threw " + call.thrown;
-  if (std::holds_alternative<std::monostate>(call.result)) return text;
-  return text + " = " + Text(function.result_kind(), call.result, names);
+  if (!std::holds_alternative<std::monostate>(call.result)) {
+    text += " = " + Text(function.result_kind(), call.result, names);
+  }
+  if (!std::holds_alternative<std::monostate>(call.output)) {
+    text += std::string(kOutput) + function.output.name + '=';
+    text += Text(function.output.kind, call.output, names);
+  }
+  return text;
 }
 
 std::string CallJson(const Call& call, const LimIdNames& names) {
@@ -46,6 +53,10 @@ std::string CallJson(const Call& call, const LimIdNames& names) {
     json += ", \"result\": " + Json(function.result_kind(), call.result, names);
   }
   if (number && *number < 0) json += ", \"status\": " + JsonString(StatusWords(*number));
+  if (!std::holds_alternative<std::monostate>(call.output)) {
+    json += ", \"output\": {" + JsonString(function.output.name) + ": " +
+            Json(function.output.kind, call.output, names) + '}';
+  }
   if (call.injected) json += ", \"injected\": true";
   if (!call.thrown.empty()) json += ", \"threw\": " + JsonString(call.thrown);
   return json + '}';
@@ -84,6 +95,11 @@ std::optional<Event> ReadCall(std::string_view line, const LimIdNames& names) {
     auto result = Read(function->result_kind(), &line, names);
     if (!result) return std::nullopt;
     call.result = *std::move(result);
+  }
+  if (function->output.name && Take(&line, std::string(kOutput) + function->output.name + '=')) {
+    auto output = Read(function->output.kind, &line, names);
+    if (!output) return std::nullopt;
+    call.output = *std::move(output);
   }
   return line.empty() ? std::optional<Event>(std::move(call)) : std::nullopt;
 }

@@ -19,6 +19,7 @@ struct Call {
   std::vector<Value> arguments;  ///< as the function's description has them
   Value result{};                ///< std::monostate for results without a text
   bool injected = false;         ///< the result was planned, the platform had no part in it
+  Value output{};                ///< what came back through a pointer; std::monostate when nobody looked
   std::string thrown{};          ///< "std::bad_alloc: std::bad_alloc"; empty for a call that returned
 };
 
@@ -36,6 +37,7 @@ using Event = std::variant<Call, LogLine>;
 ///     IntfManager::CreateIntf(unit=0, vrf=1, vlan=100, mac=00:00:5e:00:01:01, mtu=1500, flags=0x0) = 1
 ///     IntfManager::CreateIntf(unit=0, vrf=1, vlan=100, mac=null, mtu=1500, flags=0x0) = -4 (Invalid parameter)
 ///     EgressManager::DeleteEgress(egress=100001) = -11 (Operation failed) [injected]
+///     limid_to_ifindex(limid=0x5000001) = 0 -> ifindex=1
 ///     log 7: Installing outgoing encapsulation for VLAN destination id(10)
 std::string Text(const Event& event, const LimIdNames& names = kLimIdWords);
 /// The line without its mark, for whoever does not care where a result came from.

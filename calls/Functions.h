@@ -42,6 +42,7 @@ struct Function {
   Purpose purpose;
   Result result;
   Argument arguments[kMaxArguments];  ///< up to the first without a name
+  Argument output{};                  ///< what a call that succeeds writes through a pointer; without a name: nothing
 
   constexpr int argument_count() const {
     int count = 0;
@@ -73,7 +74,7 @@ inline constexpr Function kFunctions[] = {
      Purpose::kCall,
      Result::kStatus,
      {{"unit", Kind::kNumber}, {"type", Kind::kSwitchControl}, {"arg", Kind::kNumber}}},
-    {"bcm_mpls_egress_label_t_init", Purpose::kCall, Result::kNothing, {}},
+    {"bcm_mpls_egress_label_t_init", Purpose::kCall, Result::kNothing, {}, {"label", Kind::kLabels}},
     {"bcm_mpls_tunnel_initiator_set",
      Purpose::kCall,
      Result::kStatus,
@@ -83,9 +84,13 @@ inline constexpr Function kFunctions[] = {
      Result::kStatus,
      {{"unit", Kind::kNumber}, {"intf", Kind::kNumber}}},
 
-    {"limid_to_type", Purpose::kCall, Result::kStatus, {{"limid", Kind::kLimId}}},
-    {"limid_to_ifindex", Purpose::kCall, Result::kStatus, {{"limid", Kind::kLimId}}},
-    {"limid_to_intfname", Purpose::kCall, Result::kStatus, {{"limid", Kind::kLimId}, {"size", Kind::kNumber}}},
+    {"limid_to_type", Purpose::kCall, Result::kStatus, {{"limid", Kind::kLimId}}, {"type", Kind::kNumber}},
+    {"limid_to_ifindex", Purpose::kCall, Result::kStatus, {{"limid", Kind::kLimId}}, {"ifindex", Kind::kNumber}},
+    {"limid_to_intfname",
+     Purpose::kCall,
+     Result::kStatus,
+     {{"limid", Kind::kLimId}, {"size", Kind::kNumber}},
+     {"name", Kind::kText}},
     {"limid_is_from_type", Purpose::kCall, Result::kPredicate, {{"limid", Kind::kLimId}, {"type", Kind::kLimIdType}}},
     {"limid_is_from_type_ethernet", Purpose::kCall, Result::kPredicate, {{"limid", Kind::kLimId}}},
     {"limid_to_l3_vlan_vlanid", Purpose::kCall, Result::kUnsigned, {{"limid", Kind::kLimId}}},

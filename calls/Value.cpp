@@ -7,6 +7,9 @@
 #include "calls/Json.h"
 #include "calls/Take.h"
 
+// Weak: calls are written and read also where no platform is.
+#pragma weak _shr_errmsg
+
 namespace calls {
 namespace {
 
@@ -114,6 +117,7 @@ std::optional<Value> TakeMac(std::string_view* text) {
   for (unsigned char& byte : mac) {
     if (&byte != mac.data() && !Take(text, ":")) return std::nullopt;
     std::string_view digits = text->substr(0, 2);
+    if (digits.size() < 2 || digits.front() == '-') return std::nullopt;
     const auto number = TakeNumber(&digits, 16);
     if (!number || !digits.empty()) return std::nullopt;
     byte = static_cast<unsigned char>(*number);
@@ -185,6 +189,7 @@ Value ToValue(const LabelArray& labels) {
 
 const char* StatusWords(std::int64_t status) {
   constexpr int kUnknown = 19;
+  if (!_shr_errmsg) return "no words without a platform";
   return _shr_errmsg[status <= 0 && status >= BCM_E_PORT ? -status : kUnknown];
 }
 

@@ -7,37 +7,14 @@
 #include <utility>
 
 #include "bcm/error.h"
-#include "calls/Event.h"
+#include "calls/MakeCall.h"
 #include "softcard/Card.h"
 
 /// Every platform function goes through here: consult the fault plan, do it on the tables, write the call log.
 namespace softcard {
 
+using calls::Args;
 using calls::Named;
-
-/// A call's arguments, made into values of their own only when the call is recorded.
-template <typename... Values>
-std::tuple<Values...> Args(Values... values) {
-  return {values...};
-}
-
-template <typename Arguments>
-calls::Call MakeCall(const calls::Function& function, const Arguments& arguments) {
-  calls::Call call{&function, {}};
-  call.arguments.reserve(std::tuple_size_v<Arguments>);
-  std::apply([&](const auto&... values) { (call.arguments.push_back(calls::ToValue(values)), ...); }, arguments);
-  return call;
-}
-
-/// Nothing for a result without a text: singletons, managers, objects.
-template <typename Result>
-calls::Value ResultValue(const Result& result) {
-  if constexpr (std::is_pointer_v<Result>) {
-    return {};
-  } else {
-    return calls::ToValue(result);
-  }
-}
 
 /// A call that the fault plan or the call log may have to do with.
 template <typename Arguments, typename Work>
@@ -47,7 +24,7 @@ auto WatchedCall(Card& card, const calls::Function& function, const Arguments& a
   const std::optional<int> planned = card.faults().Consult(function);
   const auto record = [&](calls::Value result, bool injected, std::string thrown) {
     if (!card.log().Records(function.purpose)) return;
-    calls::Call call = MakeCall(function, arguments);
+    calls::Call call = calls::MakeCall(function, arguments);
     call.result = std::move(result);
     call.injected = injected;
     call.thrown = std::move(thrown);
@@ -66,7 +43,7 @@ auto WatchedCall(Card& card, const calls::Function& function, const Arguments& a
       } else {
         result = work();
       }
-      record(ResultValue(result), planned.has_value(), {});
+      record(calls::ResultValue(result), planned.has_value(), {});
       return result;
     }
   } catch (const std::exception& exception) {

@@ -38,6 +38,14 @@ TEST(ACall, ThatThrowsSaysWhat) {
   EXPECT_EQ(Text(call), "fm_init() threw std::runtime_error: no room");
 }
 
+TEST(ACall, ShowsWhatCameBackThroughAPointer) {
+  Call call{FindFunction("limid_to_intfname"), {ToValue(limid_t{0x5000001}), ToValue(64u)}, ToValue(0)};
+  call.output = ToValue("port 1 -> front");
+  EXPECT_EQ(Text(call), "limid_to_intfname(limid=0x5000001, size=64) = 0 -> name=port 1 -> front");
+  EXPECT_NE(Json(call).find("\"result\": 0, \"output\": {\"name\": \"port 1 -> front\"}}"), std::string::npos)
+      << Json(call);
+}
+
 TEST(ALogLine, ShowsItsLevel) { EXPECT_EQ(Text(LogLine{7, "Installing"}), "log 7: Installing"); }
 
 TEST(Events, AreReadBackFromTheirLines) {
@@ -49,7 +57,10 @@ TEST(Events, AreReadBackFromTheirLines) {
         "bcm_mpls_tunnel_initiator_set(unit=0, intf=2, num_labels=0, labels=[]) = 0",
         "EgressManager::DeleteEgress(egress=100001) = -11 (Operation failed) [injected]",
         "IntfManager::GetIntfObject(intf=1) = false", "IntfObject::macsa() = 00:00:5e:00:01:01",
-        "IntfObject::ToString(deep=true) = intf 1: vrf=1, (all) of it", "limid_to_type(limid=0x1000001) = 0"}) {
+        "IntfObject::ToString(deep=true) = intf 1: vrf=1, (all) of it", "limid_to_type(limid=0x1000001) = 0",
+        "limid_to_type(limid=0x1000001) = 0 -> type=1", "limid_to_intfname(limid=0x1, size=64) = 0 -> name=",
+        "limid_to_intfname(limid=0x1, size=64) = 0 -> name=a -> b [injected]",
+        "bcm_mpls_egress_label_t_init() -> label=[{flags=0x0, label=0, qos_map=0, exp=0, ttl=0}]"}) {
     const auto event = ReadEvent(line);
     ASSERT_TRUE(event) << line;
     EXPECT_EQ(Text(*event), line);

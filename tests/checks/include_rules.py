@@ -33,7 +33,7 @@ OTHERS = {
     "softcard": PROTOCOLS,
     "calls": r"cxxabi\.h",  # names an exception's class
     "scenario": r"cxxabi\.h",
-    "recorder": r"dlfcn\.h|unistd\.h|sys/.*",  # finds the platform that it stands in front of
+    "recorder": r"cxxabi\.h|dlfcn\.h|fcntl\.h|pthread\.h|unistd\.h|sys/.*",  # finds the platform that it stands in front of
     "router": rf"libmnl/.*|linux/.*|{PROTOCOLS}|{SYSTEM}",
     "serve": rf"pcap\.h|pcap/.*|linux/.*|{PROTOCOLS}|{SYSTEM}",
     "console": rf"CLI/.*|editline/.*|histedit\.h|{SYSTEM}",
