@@ -1,9 +1,9 @@
 #ifndef DIAGNOSIS_HOLDERS_H
 #define DIAGNOSIS_HOLDERS_H
 
-#include <map>
+#include <functional>
 #include <optional>
-#include <vector>
+#include <string>
 
 #include "diagnosis/Ledger.h"
 #include "softcard/Card.h"
@@ -24,8 +24,8 @@ struct Holder {
   std::string Name() const { return "destination " + std::to_string(static_cast<unsigned>(destination)); }
 };
 
-/// All records, in the order of their destinations' ids.
-std::vector<Holder> Holders(const softcard::Card& card, const Ledger& ledger);
+/// Calls `visit` for each record, in the order of their destinations' ids.
+void ForEachHolder(const softcard::Card& card, const Ledger& ledger, const std::function<void(const Holder&)>& visit);
 
 }  // namespace diagnosis
 

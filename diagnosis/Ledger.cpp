@@ -125,9 +125,10 @@ void Ledger::Took(const scenario::Step& step) {
   const auto* const trace = std::get_if<scenario::Trace>(&step.content);
   if (trace == nullptr || step.kind == scenario::Kind::kPacket) return;
   const bool failed = Failed(trace->result);
-  requests_.push_back({step.line, failed, step.source.data(), rounds_.size()});
+  const auto source =
+      sources_.try_emplace(step.source.data(), Source{step.file, step.line, std::string(step.source), step.rounds});
+  requests_.push_back({&source.first->second, static_cast<std::uint32_t>(rounds_.size())});
   for (const auto& counter : step.rounds) rounds_.push_back(counter.second);
-  sources_.try_emplace(step.source.data(), Source{std::string(step.source), step.rounds});
   touched_.clear();
   for (const scenario::TraceLine& line : trace->lines) {
     const auto* const event = std::get_if<calls::Event>(&line.what);
@@ -147,14 +148,14 @@ void Ledger::Ended(const std::string&, const scenario::Tally&) { ended_ = true; 
 
 Ledger::Touch& Ledger::TouchOf(std::string_view table, std::int64_t key) {
   auto found = touches_.find(table);
-  if (found == touches_.end()) found = touches_.emplace(table, std::unordered_map<std::int64_t, Touch>()).first;
-  return found->second[key];
+  if (found == touches_.end()) found = touches_.emplace(table, Touches()).first;
+  return found->second[static_cast<std::int32_t>(key)];
 }
 
 const Ledger::Touch* Ledger::FindTouch(std::string_view table, std::int64_t key) const {
   const auto rows = touches_.find(table);
   if (rows == touches_.end()) return nullptr;
-  const auto touch = rows->second.find(key);
+  const auto touch = rows->second.find(static_cast<std::int32_t>(key));
   return touch == rows->second.end() ? nullptr : &touch->second;
 }
 
@@ -167,7 +168,7 @@ void Ledger::Follow(const calls::Call& call) {
   const bool without_id = writer->key.empty() && refused;
   if (number == nullptr || without_id || (writer->what == Writer::What::kLooks && !refused)) return;
   Touch& touch = TouchOf(writer->table, *number);
-  touch.request = requests_.size() - 1;
+  Mark(touch);
   touched_.push_back(&touch);
   if (refused) return;
   touch.written = writer->what == Writer::What::kWrites ? hash : 0;
@@ -178,12 +179,10 @@ void Ledger::FollowVlan(const calls::Call& call, int intf) {
   const std::string_view name = "vlan";
   for (std::size_t i = 0; i < call.arguments.size(); ++i) {
     if (call.function->arguments[i].name != name) continue;
-    const std::int64_t vlan_id = std::get<std::int64_t>(call.arguments[i]);
+    const auto vlan_id = static_cast<std::uint16_t>(std::get<std::int64_t>(call.arguments[i]));
     const auto [known, is_new] = vlans_.emplace(intf, vlan_id);
     if (is_new || known->second == vlan_id) return;
-    for (const char* table : {"stations", "associations", "protocol"}) {
-      TouchOf(table, known->second).request = requests_.size() - 1;
-    }
+    for (const char* table : {"stations", "associations", "protocol"}) Mark(TouchOf(table, known->second));
     known->second = vlan_id;
   }
 }
@@ -192,7 +191,7 @@ void Ledger::Follow(const calls::LogLine& line, bool failed) {
   const Begun begun = ReadBegun(line.text);
   if (begun.what == Maker::kUnknown) return;
   Touch& touch = TouchOf("destinations", begun.destination);
-  touch.request = requests_.size() - 1;
+  Mark(touch);
   if (failed) return;
   if (begun.destroy) touch.maker = Maker::kUnknown;
   // A second install is refused its record, and the first maker stays.
@@ -204,20 +203,22 @@ Ledger::Maker Ledger::MakerOf(int destination) const {
   return touch == nullptr ? Maker::kUnknown : touch->maker;
 }
 
-const std::size_t* Ledger::LastTouching(std::string_view table, std::int64_t key) const {
+std::optional<std::size_t> Ledger::LastTouching(std::string_view table, std::int64_t key) const {
   const Touch* const touch = FindTouch(table, key);
-  return touch == nullptr ? nullptr : &touch->request;
+  if (touch == nullptr) return std::nullopt;
+  return touch->request;
 }
 
 Ledger::Request Ledger::RequestOf(std::size_t number) const {
   const Made& made = requests_[number];
-  const Source& source = sources_.at(made.source);
+  const Source& source = *made.source;
   scenario::Counters counters = source.counters;
   for (std::size_t i = 0; i < counters.size(); ++i) counters[i].second = rounds_[made.rounds + i];
   std::string text;
   scenario::Substitute({source.text, 0}, counters, text);
   const auto refused = refused_.find(number);
-  return {made.line, text, refused == refused_.end() ? "" : refused->second};
+  return {source.line == 0 ? "the module's start" : source.file + ':' + std::to_string(source.line), text,
+          refused == refused_.end() ? "" : refused->second};
 }
 
 bool Ledger::IsHalfWritten(std::string_view table, std::int64_t key) const {

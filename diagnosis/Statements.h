@@ -7,7 +7,8 @@
 /// What this room adds to the language.
 namespace diagnosis {
 
-/// audit, expect clean. The ledger watches what comes before; it lives as long as the language.
+/// audit, expect clean. The ledger watches the runs of scenarios that have one of them; it lives as long as the
+/// language.
 void AddAudit(scenario::Language& language, Ledger& ledger);
 
 }  // namespace diagnosis

@@ -66,7 +66,8 @@ ReadStatement Language::ReadExpectation(const std::vector<Token>& words, const S
                                             Suggest(words[at].text, names)};
   }
   const Fields fields(negated ? expectation->no_form : expectation->form, words, at + 1);
-  Check check = expectation->read(fields, {surroundings.card, surroundings.block, surroundings.clients, negated});
+  Check check = expectation->read(
+      fields, {surroundings.card, surroundings.block, surroundings.clients, surroundings.watchers, negated});
   return {Kind::kExpectation, expectation->about, [check = std::move(check)](Run& run) { return Checked{check(run)}; }};
 }
 
