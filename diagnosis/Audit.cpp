@@ -8,8 +8,6 @@
 namespace diagnosis {
 namespace {
 
-using Maker = Ledger::Maker;
-
 constexpr char kNone[] = "none can";
 
 std::string Vlan(unsigned vlan_id) { return "vlan" + std::to_string(vlan_id); }
@@ -55,12 +53,6 @@ class Auditor {
   }
 
  private:
-  /// A row, by the name of its table and its key.
-  struct Place {
-    const char* table;
-    std::int64_t key;
-  };
-
   /// The request that came last of those that touched one of these rows.
   std::string Cause(std::initializer_list<Place> places) const {
     std::optional<std::size_t> last;
@@ -215,9 +207,9 @@ class Auditor {
   }
 
   void Unaccounted(const char* row, const Place& place, const char* packet, std::string remedy) {
-    const bool tunnel = std::string(place.table) == "initiators";
+    const bool tunnel = place.table == "initiators";
     Add(row + std::to_string(place.key), "no record accounts for it",
-        {place, {tunnel ? "intfs" : place.table, place.key}}, packet, std::move(remedy));
+        {place, {tunnel ? std::string_view("intfs") : place.table, place.key}}, packet, std::move(remedy));
   }
 
   void CheckAssociations() {

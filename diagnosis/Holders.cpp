@@ -3,8 +3,6 @@
 namespace diagnosis {
 namespace {
 
-using Maker = Ledger::Maker;
-
 /// What a record that nobody saw being made looks like: a VLAN's has no egress object, a tunnel an interface of its
 /// own.
 Maker Guess(const Holder& holder) {

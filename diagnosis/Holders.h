@@ -15,7 +15,7 @@ struct Holder {
   int destination;
   int intf;
   int egress;
-  Ledger::Maker maker;
+  Maker maker;
   std::optional<softcard::IntfValues> intf_values;  ///< nothing: there is no such interface
   const softcard::Egress* egress_object;            ///< null: there is no such egress object
 

@@ -1,50 +1,9 @@
 #include "diagnosis/Ledger.h"
 
-#include <cstdlib>
-#include <utility>
+#include "diagnosis/Touches.h"
 
 namespace diagnosis {
 namespace {
-
-/// A platform function that writes a row, and where a call of it has the row's key.
-struct Writer {
-  std::string_view function;
-  std::string_view table;
-  std::string_view key;  ///< an argument; empty: the result
-  enum class What { kWrites, kTakesAway, kLooks } what;
-};
-
-constexpr Writer kWriters[] = {
-    {"vlan_proto_ctrl_enable", "protocol", "vlan", Writer::What::kWrites},
-    {"vlan_proto_ctrl_disable", "protocol", "vlan", Writer::What::kTakesAway},
-    {"bcm_switch_control_set", "switch", "type", Writer::What::kWrites},
-    {"bcm_mpls_tunnel_initiator_set", "initiators", "intf", Writer::What::kWrites},
-    {"bcm_mpls_tunnel_initiator_clear", "initiators", "intf", Writer::What::kTakesAway},
-    {"IngressManager::CreateIngress", "vrfs", "vrf", Writer::What::kWrites},
-    {"IngressManager::DeleteIngress", "vrfs", "vrf", Writer::What::kTakesAway},
-    {"IngressManager::AssociateVlanToVrf", "associations", "vlan", Writer::What::kWrites},
-    {"IngressManager::DissociateVlanfromVrf", "associations", "vlan", Writer::What::kTakesAway},
-    {"MyStationManager::InsertMyStationVlanEntry", "stations", "vlan", Writer::What::kWrites},
-    {"MyStationManager::UpdateMyStationVlanEntry", "stations", "vlan", Writer::What::kWrites},
-    {"MyStationManager::RemoveMyStationVlanEntry", "stations", "vlan", Writer::What::kTakesAway},
-    {"IntfManager::CreateIntf", "intfs", "", Writer::What::kWrites},
-    {"IntfManager::UpdateIntf", "intfs", "intf", Writer::What::kWrites},
-    {"IntfManager::DeleteIntf", "intfs", "intf", Writer::What::kTakesAway},
-    {"IntfManager::GetIntfObject", "intfs", "intf", Writer::What::kLooks},
-    {"EgressManager::CreateEgress", "egresses", "", Writer::What::kWrites},
-    {"EgressManager::UpdateEgress", "egresses", "egress", Writer::What::kWrites},
-    {"EgressManager::DeleteEgress", "egresses", "egress", Writer::What::kTakesAway},
-};
-
-const Writer* FindWriter(const calls::Function* function) {
-  static const auto writers = [] {
-    std::unordered_map<const calls::Function*, const Writer*> found;
-    for (const Writer& writer : kWriters) found.emplace(calls::FindFunction(writer.function), &writer);
-    return found;
-  }();
-  const auto found = writers.find(function);
-  return found == writers.end() ? nullptr : found->second;
-}
 
 /// FNV-1a over the bytes of a value; what has several parts goes in by its text.
 class Hash {
@@ -65,19 +24,14 @@ class Hash {
   unsigned hash_ = 2166136261U;
 };
 
-/// The key that the call has, null when it has none, and a hash of everything else that it is given.
-std::pair<const calls::Value*, unsigned> KeyAndValues(const calls::Call& call, const Writer& writer) {
-  const calls::Value* key = writer.key.empty() ? &call.result : nullptr;
+/// A hash of everything that the call is given but for its key.
+unsigned HashOf(const calls::Call& call, const Writer& writer) {
   Hash hash;
   for (std::size_t i = 0; i < call.arguments.size(); ++i) {
     const calls::Argument& argument = call.function->arguments[i];
-    if (argument.name == writer.key) {
-      key = &call.arguments[i];
-    } else {
-      hash.Add(argument, call.arguments[i]);
-    }
+    if (argument.name != writer.key) hash.Add(argument, call.arguments[i]);
   }
-  return {key, hash.value()};
+  return hash.value();
 }
 
 void AddRefused(const calls::Call& call, std::string& text) {
@@ -87,35 +41,6 @@ void AddRefused(const calls::Call& call, std::string& text) {
 
 bool Failed(const scenario::RequestResult& result) {
   return result.kind == scenario::RequestResult::Kind::kThrew || result.number < 0;
-}
-
-/// "Installing outgoing encapsulation for mpls destination id(30)": the words of the log that begin an operation.
-struct Begun {
-  bool install = false;
-  bool replace = false;
-  bool destroy = false;
-  Ledger::Maker what = Ledger::Maker::kUnknown;
-  int destination = 0;
-};
-
-bool Take(std::string_view& text, std::string_view prefix) {
-  if (text.substr(0, prefix.size()) != prefix) return false;
-  text.remove_prefix(prefix.size());
-  return true;
-}
-
-Begun ReadBegun(std::string_view text) {
-  Begun begun;
-  begun.install = Take(text, "Installing ");
-  begun.replace = Take(text, "Updating ");
-  begun.destroy = Take(text, "Destroying ");
-  if (!Take(text, "outgoing encapsulation for ")) return {};
-  if (Take(text, "VLAN ") || Take(text, "vlan ")) begun.what = Ledger::Maker::kVlan;
-  if (Take(text, "host ")) begun.what = Ledger::Maker::kHost;
-  if (Take(text, "mpls ")) begun.what = Ledger::Maker::kMpls;
-  if (begun.what == Ledger::Maker::kUnknown || !Take(text, "destination id(")) return {};
-  begun.destination = static_cast<int>(std::strtoll(std::string(text).c_str(), nullptr, 10));
-  return begun;
 }
 
 }  // namespace
@@ -162,7 +87,7 @@ const Ledger::Touch* Ledger::FindTouch(std::string_view table, std::int64_t key)
 void Ledger::Follow(const calls::Call& call) {
   const Writer* const writer = FindWriter(call.function);
   if (writer == nullptr) return;
-  const auto [value, hash] = KeyAndValues(call, *writer);
+  const calls::Value* const value = KeyOf(call, *writer);
   const auto* const number = value == nullptr ? nullptr : std::get_if<std::int64_t>(value);
   const bool refused = calls::IsRefused(call);
   const bool without_id = writer->key.empty() && refused;
@@ -171,7 +96,7 @@ void Ledger::Follow(const calls::Call& call) {
   Mark(touch);
   touched_.push_back(&touch);
   if (refused) return;
-  touch.written = writer->what == Writer::What::kWrites ? hash : 0;
+  touch.written = writer->what == Writer::What::kWrites ? HashOf(call, *writer) : 0;
   if (writer->table == "intfs" && writer->what == Writer::What::kWrites) FollowVlan(call, static_cast<int>(*number));
 }
 
@@ -198,7 +123,7 @@ void Ledger::Follow(const calls::LogLine& line, bool failed) {
   if (begun.install && touch.maker == Maker::kUnknown) touch.maker = begun.what;
 }
 
-Ledger::Maker Ledger::MakerOf(int destination) const {
+Maker Ledger::MakerOf(int destination) const {
   const Touch* const touch = FindTouch("destinations", destination);
   return touch == nullptr ? Maker::kUnknown : touch->maker;
 }

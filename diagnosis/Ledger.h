@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "diagnosis/Touches.h"
 #include "scenario/Step.h"
 
 namespace diagnosis {
@@ -17,7 +18,9 @@ namespace diagnosis {
 /// made each destination. Learns a run's steps as they are taken and forgets them when another run begins.
 class Ledger : public scenario::Observer {
  public:
-  enum class Maker : std::uint32_t { kUnknown, kVlan, kHost, kMpls };
+  Ledger() = default;
+  Ledger(Ledger&&) = default;
+  Ledger& operator=(Ledger&&) = default;
 
   struct Request {
     std::string place;    ///< "FILE:LINE"; "the module's start"

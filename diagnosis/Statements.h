@@ -1,6 +1,7 @@
 #ifndef DIAGNOSIS_STATEMENTS_H
 #define DIAGNOSIS_STATEMENTS_H
 
+#include "diagnosis/Changes.h"
 #include "diagnosis/Ledger.h"
 #include "scenario/Language.h"
 
@@ -10,6 +11,9 @@ namespace diagnosis {
 /// audit, expect clean. The ledger watches the runs of scenarios that have one of them; it lives as long as the
 /// language.
 void AddAudit(scenario::Language& language, Ledger& ledger);
+
+/// show changes, mark, save. The mark lives as long as the language.
+void AddDifferences(scenario::Language& language, Mark& mark);
 
 }  // namespace diagnosis
 

@@ -84,6 +84,8 @@ class Language {
   const std::deque<Expectation>& expectations() const { return expectations_; }
   /// Null when there is none of this name.
   const Statement* Find(std::string_view name) const;
+  /// The statement that begins so: by two words, "show changes", ahead of one, "show".
+  const Statement* Find(const std::vector<Token>& words) const;
 
   /// Whether a statement that begins so has lines of its own, up to an `end`.
   bool HasBlock(const std::vector<Token>& words) const;
