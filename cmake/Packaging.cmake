@@ -57,9 +57,13 @@ if(HAL_PLATFORM STREQUAL "softcard")
   endforeach()
   pkg_config(softcard softcard "A line card in software, the platform of ${package}" ${package})
   install(DIRECTORY scenarios/ DESTINATION ${CMAKE_INSTALL_DATADIR}/softcard/scenarios COMPONENT softcard)
-  # The command contains this library.
-  install(FILES /usr/share/doc/libcli11-dev/copyright RENAME copyright.CLI11
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/softcard COMPONENT softcard OPTIONAL)
+  # The command contains these libraries.
+  foreach(library libcli11-dev:CLI11 nlohmann-json3-dev:nlohmann-json)
+    string(REPLACE ":" ";" library ${library})
+    list(POP_FRONT library package_name name)
+    install(FILES /usr/share/doc/${package_name}/copyright RENAME copyright.${name}
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/softcard COMPONENT softcard OPTIONAL)
+  endforeach()
   install(EXPORT softcard NAMESPACE hal:: FILE softcard-targets.cmake
     DESTINATION ${package_cmake_dir} COMPONENT softcard)
 endif()

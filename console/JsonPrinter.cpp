@@ -63,6 +63,7 @@ std::string Json(const Step& step, const Trace& trace) {
 }
 
 std::string Json(const Step& step, const scenario::Shown& shown) {
+  if (shown.tables.empty()) return "";
   return Begin("tables", step) + ", \"tables\": " + List(shown.tables, [](const scenario::ShownTable& table) {
            return "{\"name\": " + JsonString(table.name) +
                   ", \"rows\": " + List(table.rows, [](const softcard::Row& row) { return softcard::Json(row); }) + '}';

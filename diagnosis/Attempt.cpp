@@ -43,11 +43,13 @@ Rows AllRows(const softcard::Card& card) {
   return rows;
 }
 
-Attempt Try(const scenario::Language& language, softcard::Card& card, const Situation& situation) {
+Attempt Try(const scenario::Language& language, softcard::Card& card, const Situation& situation,
+            scenario::Observer* watcher) {
   std::string text;
   for (const std::string& line : situation.before) text += line + '\n';
-  const auto parsed = scenario::ParseScenario(language, "situation", text + situation.request + '\n');
+  auto parsed = scenario::ParseScenario(language, "situation", text + situation.request + '\n');
   for (const scenario::Complaint& complaint : parsed.complaints) throw std::invalid_argument(complaint.Text());
+  if (watcher != nullptr) parsed.scenario.watchers.insert(watcher);
   // Otherwise the first attempt of a process would begin with more on the card than the others.
   scenario::Performer(card).Start();
   LastLine last(card, situation.before.size() + 1);

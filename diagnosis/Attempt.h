@@ -28,9 +28,10 @@ struct Attempt {
 /// The rows of all tables that are not given with the card.
 Rows AllRows(const softcard::Card& card);
 
-/// Empties the card, does what comes before and makes the request. The module has started already. Throws
-/// std::invalid_argument when the lines are no scenario.
-Attempt Try(const scenario::Language& language, softcard::Card& card, const Situation& situation);
+/// Empties the card, does what comes before and makes the request. The module has started already. The watcher, if
+/// there is one, is told each step. Throws std::invalid_argument when the lines are no scenario.
+Attempt Try(const scenario::Language& language, softcard::Card& card, const Situation& situation,
+            scenario::Observer* watcher = nullptr);
 
 /// The rows of `rows` that are not in `others`, in their order.
 Rows Without(const Rows& rows, const Rows& others);

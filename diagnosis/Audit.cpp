@@ -8,25 +8,43 @@
 namespace diagnosis {
 namespace {
 
-using Maker = Ledger::Maker;
-
 constexpr char kNone[] = "none can";
 
 std::string Vlan(unsigned vlan_id) { return "vlan" + std::to_string(vlan_id); }
 
+/// Keys of rows, in little memory: a card may have a million.
+class Keys {
+ public:
+  void Add(std::int64_t key) { keys_.push_back(static_cast<std::int32_t>(key)); }
+  /// When all have been added.
+  void Sort() {
+    std::sort(keys_.begin(), keys_.end());
+    keys_.erase(std::unique(keys_.begin(), keys_.end()), keys_.end());
+  }
+  bool Has(std::int64_t key) const {
+    return std::binary_search(keys_.begin(), keys_.end(), static_cast<std::int32_t>(key));
+  }
+  const std::vector<std::int32_t>& all() const { return keys_; }
+
+ private:
+  std::vector<std::int32_t> keys_;
+};
+
 class Auditor {
  public:
-  Auditor(const softcard::Card& card, const Ledger& ledger)
-      : tables_(card.tables()), ledger_(ledger), holders_(Holders(card, ledger)) {}
-
-  std::vector<Finding> Findings() {
-    for (const Holder& holder : holders_) {
+  Auditor(const softcard::Card& card, const Ledger& ledger) : tables_(card.tables()), ledger_(ledger) {
+    ForEachHolder(card, ledger, [this](const Holder& holder) { Account(holder); });
+    for (Keys* keys : {&intfs_, &egresses_, &vlans_}) keys->Sort();
+    ForEachHolder(card, ledger, [this](const Holder& holder) {
       if (holder.maker == Maker::kVlan) {
         CheckVlan(holder);
       } else {
         CheckEgress(holder);
       }
-    }
+    });
+  }
+
+  std::vector<Finding> Findings() {
     CheckUnaccounted();
     CheckAssociations();
     CheckHalfWritten();
@@ -35,23 +53,13 @@ class Auditor {
   }
 
  private:
-  /// A row, by the name of its table and its key.
-  struct Place {
-    const char* table;
-    std::int64_t key;
-  };
-
   /// The request that came last of those that touched one of these rows.
   std::string Cause(std::initializer_list<Place> places) const {
-    const std::size_t* last = nullptr;
-    for (const Place& place : places) {
-      const std::size_t* const number = ledger_.LastTouching(place.table, place.key);
-      if (number != nullptr && (last == nullptr || *number > *last)) last = number;
-    }
-    if (last == nullptr) return "unknown";
+    std::optional<std::size_t> last;
+    for (const Place& place : places) last = std::max(last, ledger_.LastTouching(place.table, place.key));
+    if (!last) return "unknown";
     const Ledger::Request request = ledger_.RequestOf(*last);
-    const std::string text =
-        request.line == 0 ? "the module's start" : "line " + std::to_string(request.line) + ": " + request.text;
+    const std::string text = request.place + (request.text.empty() ? "" : ": ") + request.text;
     return request.refused.empty() ? text : text + ", where " + request.refused;
   }
 
@@ -70,6 +78,12 @@ class Auditor {
            " with the values that it has";
   }
 
+  void Account(const Holder& holder) {
+    if (holder.OwnsIntf()) intfs_.Add(holder.intf);
+    if (holder.maker == Maker::kVlan && holder.intf_values) vlans_.Add(holder.intf_values->vlan_id);
+    if (holder.maker != Maker::kVlan && holder.egress_object != nullptr) egresses_.Add(holder.egress);
+  }
+
   void CheckVlan(const Holder& holder) {
     if (!holder.intf_values) {
       Add(holder.Name(), "its interface " + std::to_string(holder.intf) + " is gone",
@@ -79,10 +93,9 @@ class Auditor {
     }
     const unsigned vlan_id = holder.intf_values->vlan_id;
     const unsigned vrf = holder.intf_values->vrf;
-    intfs_.insert(holder.intf);
-    vlans_.insert(vlan_id);
     const unsigned* const associated = tables_.associations.Find(vlan_id);
-    if (associated != nullptr && *associated == vrf) {
+    const bool destroyable = associated != nullptr && *associated == vrf;
+    if (destroyable) {
       associations_.insert(vlan_id);
     } else {
       Add(holder.Name(),
@@ -99,17 +112,15 @@ class Auditor {
     if (tables_.protocol.rows().count(vlan_id) == 0) {
       Add(holder.Name(), "the protocol packet control of its VLAN " + std::to_string(vlan_id) + " is off",
           {{"protocol", vlan_id}, {"intfs", holder.intf}}, "protocol packets of the VLAN do not reach the CPU",
-          Request("destroy-vlan ", holder) + ", then the install again");
+          destroyable ? Request("destroy-vlan ", holder) + ", then the install again"
+                      : RemedyOfAssociation(holder, vrf));
     }
   }
 
   /// A VLAN that was moved within its VRF can be moved back to where its association stayed.
   std::string RemedyOfAssociation(const Holder& holder, unsigned vrf) const {
     for (const auto& [vlan_id, associated] : tables_.associations.rows()) {
-      const bool taken = std::any_of(holders_.begin(), holders_.end(), [id = vlan_id](const Holder& other) {
-        return other.maker == Maker::kVlan && other.intf_values && other.intf_values->vlan_id == id;
-      });
-      if (associated == vrf && !taken) {
+      if (associated == vrf && !vlans_.Has(vlan_id)) {
         return Request("replace-vlan ", holder) + " lim=" + Vlan(vlan_id) + " vrf=" + std::to_string(vrf) + " ...";
       }
     }
@@ -117,7 +128,6 @@ class Auditor {
   }
 
   void CheckEgress(const Holder& holder) {
-    if (holder.OwnsIntf()) intfs_.insert(holder.intf);
     const std::string forget = Request("destroy-mpls ", holder);
     if (holder.egress_object == nullptr) {
       Add(holder.Name(),
@@ -128,7 +138,6 @@ class Auditor {
           forget + ", then the install again");
       return;
     }
-    egresses_.insert(holder.egress);
     const softcard::Egress& egress = *holder.egress_object;
     if (holder.intf != softcard::kNoIntf && !holder.intf_values) {
       Add(holder.Name(), "its interface " + std::to_string(holder.intf) + " is gone", {{"intfs", holder.intf}},
@@ -166,29 +175,29 @@ class Auditor {
 
   void CheckUnaccounted() {
     for (const auto& row : tables_.intfs.rows()) {
-      if (intfs_.count(row.first) == 0) {
+      if (!intfs_.Has(row.first)) {
         Unaccounted("intf ", {"intfs", row.first}, "none meets it, unless an egress object is bound to it", kNone);
       }
     }
     for (const auto& row : tables_.initiators.rows()) {
-      if (intfs_.count(row.first) == 0) {
+      if (!intfs_.Has(row.first)) {
         Unaccounted("initiator ", {"initiators", row.first}, "it gets these labels where an egress object leads to it",
                     kNone);
       }
     }
     for (const auto& row : tables_.egresses.rows()) {
-      if (egresses_.count(row.first) == 0) {
+      if (!egresses_.Has(row.first)) {
         Unaccounted("egress ", {"egresses", row.first}, "what is still routed to it is sent as before", kNone);
       }
     }
     for (const auto& row : tables_.stations.rows()) {
-      if (vlans_.count(row.first) == 0) {
+      if (!vlans_.Has(row.first)) {
         Unaccounted("station ", {"stations", row.first},
                     "packets to this MAC are routed on the VLAN; an install of the VLAN is refused", kNone);
       }
     }
     for (const auto& row : tables_.protocol.rows()) {
-      if (vlans_.count(row.first) == 0) {
+      if (!vlans_.Has(row.first)) {
         const bool installable =
             tables_.stations.Find(row.first) == nullptr && tables_.associations.Find(row.first) == nullptr;
         Unaccounted("protocol ", {"protocol", row.first}, "protocol packets of the VLAN still reach the CPU",
@@ -198,9 +207,9 @@ class Auditor {
   }
 
   void Unaccounted(const char* row, const Place& place, const char* packet, std::string remedy) {
-    const bool tunnel = std::string(place.table) == "initiators";
+    const bool tunnel = place.table == "initiators";
     Add(row + std::to_string(place.key), "no record accounts for it",
-        {place, {tunnel ? "intfs" : place.table, place.key}}, packet, std::move(remedy));
+        {place, {tunnel ? std::string_view("intfs") : place.table, place.key}}, packet, std::move(remedy));
   }
 
   void CheckAssociations() {
@@ -223,15 +232,16 @@ class Auditor {
             "the same request again");
       }
     };
-    for (const int intf : intfs_) {
+    for (const std::int64_t intf : intfs_.all()) {
       check("intf ", {"intfs", intf}, "packets leave by the new values");
-      if (tables_.initiators.Find(intf) != nullptr) {
+      if (tables_.initiators.Find(static_cast<int>(intf)) != nullptr) {
         check("initiator ", {"initiators", intf}, "packets leave with the new labels, by the old egress object");
       }
     }
-    for (const int egress : egresses_) check("egress ", {"egresses", egress}, "packets leave by the new values");
-    for (const unsigned vlan_id : vlans_) {
-      if (tables_.stations.Find(vlan_id) != nullptr) {
+    for (const std::int64_t egress : egresses_.all())
+      check("egress ", {"egresses", egress}, "packets leave by the new values");
+    for (const std::int64_t vlan_id : vlans_.all()) {
+      if (tables_.stations.Find(static_cast<unsigned>(vlan_id)) != nullptr) {
         check("station ", {"stations", vlan_id}, "packets to the router's MAC are routed by the new values");
       }
     }
@@ -242,7 +252,7 @@ class Auditor {
     for (const auto control : {bcmSwitchL3EgressMode, bcmSwitchL3IngressMode}) {
       const Place place{"switch", control};
       const bool missing = tables_.switch_controls.rows().count(control) == 0;
-      const bool tried = ledger_.LastTouching("switch", control) != nullptr;
+      const bool tried = ledger_.LastTouching("switch", control).has_value();
       if (missing && (tried || !tables_.switch_controls.rows().empty())) {
         Add("switch " + calls::Text(calls::Kind::kSwitchControl, calls::ToValue(static_cast<int>(control))),
             "it has not been set", {place}, "packets are not sent through egress objects", "init");
@@ -252,12 +262,11 @@ class Auditor {
 
   const softcard::Tables& tables_;
   const Ledger& ledger_;
-  const std::vector<Holder> holders_;
   std::vector<Finding> findings_;
   // What the records account for.
-  std::set<int> intfs_;
-  std::set<int> egresses_;
-  std::set<unsigned> vlans_;
+  Keys intfs_;
+  Keys egresses_;
+  Keys vlans_;
   std::set<unsigned> associations_;
 };
 

@@ -3,8 +3,6 @@
 namespace diagnosis {
 namespace {
 
-using Maker = Ledger::Maker;
-
 /// What a record that nobody saw being made looks like: a VLAN's has no egress object, a tunnel an interface of its
 /// own.
 Maker Guess(const Holder& holder) {
@@ -21,16 +19,14 @@ bool Holder::OwnsIntf() const {
   return maker == Maker::kVlan || (maker == Maker::kMpls && intf_values->tunnel == TunnelObject::kTunnelTypeMpls);
 }
 
-std::vector<Holder> Holders(const softcard::Card& card, const Ledger& ledger) {
+void ForEachHolder(const softcard::Card& card, const Ledger& ledger, const std::function<void(const Holder&)>& visit) {
   const softcard::Tables& tables = card.tables();
-  std::vector<Holder> holders;
   for (const auto& [id, record] : card.common().destination_id_correlators) {
     Holder holder{id, record.intf_id, record.egress_id, ledger.MakerOf(id), {}, tables.egresses.Find(record.egress_id)};
     if (const IntfObject* intf = tables.intfs.Find(record.intf_id)) holder.intf_values = softcard::ValuesOf(*intf);
     if (holder.maker == Maker::kUnknown) holder.maker = Guess(holder);
-    holders.push_back(holder);
+    visit(holder);
   }
-  return holders;
 }
 
 }  // namespace diagnosis

@@ -1,9 +1,9 @@
 #ifndef DIAGNOSIS_HOLDERS_H
 #define DIAGNOSIS_HOLDERS_H
 
-#include <map>
+#include <functional>
 #include <optional>
-#include <vector>
+#include <string>
 
 #include "diagnosis/Ledger.h"
 #include "softcard/Card.h"
@@ -15,7 +15,7 @@ struct Holder {
   int destination;
   int intf;
   int egress;
-  Ledger::Maker maker;
+  Maker maker;
   std::optional<softcard::IntfValues> intf_values;  ///< nothing: there is no such interface
   const softcard::Egress* egress_object;            ///< null: there is no such egress object
 
@@ -24,8 +24,8 @@ struct Holder {
   std::string Name() const { return "destination " + std::to_string(static_cast<unsigned>(destination)); }
 };
 
-/// All records, in the order of their destinations' ids.
-std::vector<Holder> Holders(const softcard::Card& card, const Ledger& ledger);
+/// Calls `visit` for each record, in the order of their destinations' ids.
+void ForEachHolder(const softcard::Card& card, const Ledger& ledger, const std::function<void(const Holder&)>& visit);
 
 }  // namespace diagnosis
 

@@ -1,50 +1,9 @@
 #include "diagnosis/Ledger.h"
 
-#include <cstdlib>
-#include <utility>
+#include "diagnosis/Touches.h"
 
 namespace diagnosis {
 namespace {
-
-/// A platform function that writes a row, and where a call of it has the row's key.
-struct Writer {
-  std::string_view function;
-  std::string_view table;
-  std::string_view key;  ///< an argument; empty: the result
-  enum class What { kWrites, kTakesAway, kLooks } what;
-};
-
-constexpr Writer kWriters[] = {
-    {"vlan_proto_ctrl_enable", "protocol", "vlan", Writer::What::kWrites},
-    {"vlan_proto_ctrl_disable", "protocol", "vlan", Writer::What::kTakesAway},
-    {"bcm_switch_control_set", "switch", "type", Writer::What::kWrites},
-    {"bcm_mpls_tunnel_initiator_set", "initiators", "intf", Writer::What::kWrites},
-    {"bcm_mpls_tunnel_initiator_clear", "initiators", "intf", Writer::What::kTakesAway},
-    {"IngressManager::CreateIngress", "vrfs", "vrf", Writer::What::kWrites},
-    {"IngressManager::DeleteIngress", "vrfs", "vrf", Writer::What::kTakesAway},
-    {"IngressManager::AssociateVlanToVrf", "associations", "vlan", Writer::What::kWrites},
-    {"IngressManager::DissociateVlanfromVrf", "associations", "vlan", Writer::What::kTakesAway},
-    {"MyStationManager::InsertMyStationVlanEntry", "stations", "vlan", Writer::What::kWrites},
-    {"MyStationManager::UpdateMyStationVlanEntry", "stations", "vlan", Writer::What::kWrites},
-    {"MyStationManager::RemoveMyStationVlanEntry", "stations", "vlan", Writer::What::kTakesAway},
-    {"IntfManager::CreateIntf", "intfs", "", Writer::What::kWrites},
-    {"IntfManager::UpdateIntf", "intfs", "intf", Writer::What::kWrites},
-    {"IntfManager::DeleteIntf", "intfs", "intf", Writer::What::kTakesAway},
-    {"IntfManager::GetIntfObject", "intfs", "intf", Writer::What::kLooks},
-    {"EgressManager::CreateEgress", "egresses", "", Writer::What::kWrites},
-    {"EgressManager::UpdateEgress", "egresses", "egress", Writer::What::kWrites},
-    {"EgressManager::DeleteEgress", "egresses", "egress", Writer::What::kTakesAway},
-};
-
-const Writer* FindWriter(const calls::Function* function) {
-  static const auto writers = [] {
-    std::unordered_map<const calls::Function*, const Writer*> found;
-    for (const Writer& writer : kWriters) found.emplace(calls::FindFunction(writer.function), &writer);
-    return found;
-  }();
-  const auto found = writers.find(function);
-  return found == writers.end() ? nullptr : found->second;
-}
 
 /// FNV-1a over the bytes of a value; what has several parts goes in by its text.
 class Hash {
@@ -65,19 +24,14 @@ class Hash {
   unsigned hash_ = 2166136261U;
 };
 
-/// The key that the call has, null when it has none, and a hash of everything else that it is given.
-std::pair<const calls::Value*, unsigned> KeyAndValues(const calls::Call& call, const Writer& writer) {
-  const calls::Value* key = writer.key.empty() ? &call.result : nullptr;
+/// A hash of everything that the call is given but for its key.
+unsigned HashOf(const calls::Call& call, const Writer& writer) {
   Hash hash;
   for (std::size_t i = 0; i < call.arguments.size(); ++i) {
     const calls::Argument& argument = call.function->arguments[i];
-    if (argument.name == writer.key) {
-      key = &call.arguments[i];
-    } else {
-      hash.Add(argument, call.arguments[i]);
-    }
+    if (argument.name != writer.key) hash.Add(argument, call.arguments[i]);
   }
-  return {key, hash.value()};
+  return hash.value();
 }
 
 void AddRefused(const calls::Call& call, std::string& text) {
@@ -89,35 +43,6 @@ bool Failed(const scenario::RequestResult& result) {
   return result.kind == scenario::RequestResult::Kind::kThrew || result.number < 0;
 }
 
-/// "Installing outgoing encapsulation for mpls destination id(30)": the words of the log that begin an operation.
-struct Begun {
-  bool install = false;
-  bool replace = false;
-  bool destroy = false;
-  Ledger::Maker what = Ledger::Maker::kUnknown;
-  int destination = 0;
-};
-
-bool Take(std::string_view& text, std::string_view prefix) {
-  if (text.substr(0, prefix.size()) != prefix) return false;
-  text.remove_prefix(prefix.size());
-  return true;
-}
-
-Begun ReadBegun(std::string_view text) {
-  Begun begun;
-  begun.install = Take(text, "Installing ");
-  begun.replace = Take(text, "Updating ");
-  begun.destroy = Take(text, "Destroying ");
-  if (!Take(text, "outgoing encapsulation for ")) return {};
-  if (Take(text, "VLAN ") || Take(text, "vlan ")) begun.what = Ledger::Maker::kVlan;
-  if (Take(text, "host ")) begun.what = Ledger::Maker::kHost;
-  if (Take(text, "mpls ")) begun.what = Ledger::Maker::kMpls;
-  if (begun.what == Ledger::Maker::kUnknown || !Take(text, "destination id(")) return {};
-  begun.destination = static_cast<int>(std::strtoll(std::string(text).c_str(), nullptr, 10));
-  return begun;
-}
-
 }  // namespace
 
 void Ledger::Took(const scenario::Step& step) {
@@ -125,9 +50,10 @@ void Ledger::Took(const scenario::Step& step) {
   const auto* const trace = std::get_if<scenario::Trace>(&step.content);
   if (trace == nullptr || step.kind == scenario::Kind::kPacket) return;
   const bool failed = Failed(trace->result);
-  requests_.push_back({step.line, failed, step.source.data(), rounds_.size()});
+  const auto source =
+      sources_.try_emplace(step.source.data(), Source{step.file, step.line, std::string(step.source), step.rounds});
+  requests_.push_back({&source.first->second, static_cast<std::uint32_t>(rounds_.size())});
   for (const auto& counter : step.rounds) rounds_.push_back(counter.second);
-  sources_.try_emplace(step.source.data(), Source{std::string(step.source), step.rounds});
   touched_.clear();
   for (const scenario::TraceLine& line : trace->lines) {
     const auto* const event = std::get_if<calls::Event>(&line.what);
@@ -147,30 +73,30 @@ void Ledger::Ended(const std::string&, const scenario::Tally&) { ended_ = true; 
 
 Ledger::Touch& Ledger::TouchOf(std::string_view table, std::int64_t key) {
   auto found = touches_.find(table);
-  if (found == touches_.end()) found = touches_.emplace(table, std::unordered_map<std::int64_t, Touch>()).first;
-  return found->second[key];
+  if (found == touches_.end()) found = touches_.emplace(table, Touches()).first;
+  return found->second[static_cast<std::int32_t>(key)];
 }
 
 const Ledger::Touch* Ledger::FindTouch(std::string_view table, std::int64_t key) const {
   const auto rows = touches_.find(table);
   if (rows == touches_.end()) return nullptr;
-  const auto touch = rows->second.find(key);
+  const auto touch = rows->second.find(static_cast<std::int32_t>(key));
   return touch == rows->second.end() ? nullptr : &touch->second;
 }
 
 void Ledger::Follow(const calls::Call& call) {
   const Writer* const writer = FindWriter(call.function);
   if (writer == nullptr) return;
-  const auto [value, hash] = KeyAndValues(call, *writer);
+  const calls::Value* const value = KeyOf(call, *writer);
   const auto* const number = value == nullptr ? nullptr : std::get_if<std::int64_t>(value);
   const bool refused = calls::IsRefused(call);
   const bool without_id = writer->key.empty() && refused;
   if (number == nullptr || without_id || (writer->what == Writer::What::kLooks && !refused)) return;
   Touch& touch = TouchOf(writer->table, *number);
-  touch.request = requests_.size() - 1;
+  Mark(touch);
   touched_.push_back(&touch);
   if (refused) return;
-  touch.written = writer->what == Writer::What::kWrites ? hash : 0;
+  touch.written = writer->what == Writer::What::kWrites ? HashOf(call, *writer) : 0;
   if (writer->table == "intfs" && writer->what == Writer::What::kWrites) FollowVlan(call, static_cast<int>(*number));
 }
 
@@ -178,12 +104,10 @@ void Ledger::FollowVlan(const calls::Call& call, int intf) {
   const std::string_view name = "vlan";
   for (std::size_t i = 0; i < call.arguments.size(); ++i) {
     if (call.function->arguments[i].name != name) continue;
-    const std::int64_t vlan_id = std::get<std::int64_t>(call.arguments[i]);
+    const auto vlan_id = static_cast<std::uint16_t>(std::get<std::int64_t>(call.arguments[i]));
     const auto [known, is_new] = vlans_.emplace(intf, vlan_id);
     if (is_new || known->second == vlan_id) return;
-    for (const char* table : {"stations", "associations", "protocol"}) {
-      TouchOf(table, known->second).request = requests_.size() - 1;
-    }
+    for (const char* table : {"stations", "associations", "protocol"}) Mark(TouchOf(table, known->second));
     known->second = vlan_id;
   }
 }
@@ -192,32 +116,34 @@ void Ledger::Follow(const calls::LogLine& line, bool failed) {
   const Begun begun = ReadBegun(line.text);
   if (begun.what == Maker::kUnknown) return;
   Touch& touch = TouchOf("destinations", begun.destination);
-  touch.request = requests_.size() - 1;
+  Mark(touch);
   if (failed) return;
   if (begun.destroy) touch.maker = Maker::kUnknown;
   // A second install is refused its record, and the first maker stays.
   if (begun.install && touch.maker == Maker::kUnknown) touch.maker = begun.what;
 }
 
-Ledger::Maker Ledger::MakerOf(int destination) const {
+Maker Ledger::MakerOf(int destination) const {
   const Touch* const touch = FindTouch("destinations", destination);
   return touch == nullptr ? Maker::kUnknown : touch->maker;
 }
 
-const std::size_t* Ledger::LastTouching(std::string_view table, std::int64_t key) const {
+std::optional<std::size_t> Ledger::LastTouching(std::string_view table, std::int64_t key) const {
   const Touch* const touch = FindTouch(table, key);
-  return touch == nullptr ? nullptr : &touch->request;
+  if (touch == nullptr) return std::nullopt;
+  return touch->request;
 }
 
 Ledger::Request Ledger::RequestOf(std::size_t number) const {
   const Made& made = requests_[number];
-  const Source& source = sources_.at(made.source);
+  const Source& source = *made.source;
   scenario::Counters counters = source.counters;
   for (std::size_t i = 0; i < counters.size(); ++i) counters[i].second = rounds_[made.rounds + i];
   std::string text;
   scenario::Substitute({source.text, 0}, counters, text);
   const auto refused = refused_.find(number);
-  return {made.line, text, refused == refused_.end() ? "" : refused->second};
+  return {source.line == 0 ? "the module's start" : source.file + ':' + std::to_string(source.line), text,
+          refused == refused_.end() ? "" : refused->second};
 }
 
 bool Ledger::IsHalfWritten(std::string_view table, std::int64_t key) const {

@@ -3,11 +3,13 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "diagnosis/Touches.h"
 #include "scenario/Step.h"
 
 namespace diagnosis {
@@ -16,11 +18,13 @@ namespace diagnosis {
 /// made each destination. Learns a run's steps as they are taken and forgets them when another run begins.
 class Ledger : public scenario::Observer {
  public:
-  enum class Maker { kUnknown, kVlan, kHost, kMpls };
+  Ledger() = default;
+  Ledger(Ledger&&) = default;
+  Ledger& operator=(Ledger&&) = default;
 
   struct Request {
-    unsigned line;
-    std::string text;
+    std::string place;    ///< "FILE:LINE"; "the module's start"
+    std::string text;     ///< empty for that start
     std::string refused;  ///< the platform calls that were refused, "FUNCTION = RESULT, ..."; empty when none was
   };
 
@@ -29,31 +33,34 @@ class Ledger : public scenario::Observer {
 
   /// What installed the destination, as far as the run has shown.
   Maker MakerOf(int destination) const;
-  /// The last request that wrote the row of this key, or was refused to; null when none has. Later ones are greater.
-  const std::size_t* LastTouching(std::string_view table, std::int64_t key) const;
+  /// The last request that wrote the row of this key, or was refused to; nothing when none has. Later ones are greater.
+  std::optional<std::size_t> LastTouching(std::string_view table, std::int64_t key) const;
   Request RequestOf(std::size_t number) const;
   /// Whether a request that failed left other values in the row than the last one that succeeded.
   bool IsHalfWritten(std::string_view table, std::int64_t key) const;
 
  private:
   // A card may have a million destinations, so what is kept of each is small: texts are made when they are asked for.
-  struct Made {
-    unsigned line;
-    bool failed;
-    const char* source;  ///< where the line's text was in its scenario: its place in sources_
-    std::size_t rounds;  ///< where the values of its loops' counters begin in rounds_
-  };
   struct Source {
+    std::string file;
+    unsigned line;
     std::string text;
     scenario::Counters counters;  ///< as in the first round
   };
-  struct Touch {
-    std::size_t request = 0;
-    unsigned written = 0;  ///< a hash of the values; 0: none, or taken away
-    unsigned settled = 0;  ///< the same, when a request had last succeeded
-    Maker maker = Maker::kUnknown;
+  struct Made {
+    const Source* source;
+    std::uint32_t rounds;  ///< where the values of its loops' counters begin in rounds_
   };
+  struct Touch {
+    std::uint32_t request : 30;  ///< a scenario has at most 4,000,000 lines
+    Maker maker : 2;             ///< of a destination
+    std::uint32_t written;       ///< a hash of the values; 0: none, or taken away
+    std::uint32_t settled;       ///< the same, when a request had last succeeded
+  };
+  using Touches = std::unordered_map<std::int32_t, Touch>;  ///< by key
 
+  /// That the request under way touches it.
+  void Mark(Touch& touch) const { touch.request = static_cast<std::uint32_t>(requests_.size() - 1) & 0x3FFFFFFFU; }
   Touch& TouchOf(std::string_view table, std::int64_t key);
   const Touch* FindTouch(std::string_view table, std::int64_t key) const;
   void Follow(const calls::Call& call);
@@ -63,11 +70,11 @@ class Ledger : public scenario::Observer {
 
   std::vector<Made> requests_;
   std::vector<std::int64_t> rounds_;
-  std::map<const char*, Source> sources_;
-  std::map<std::size_t, std::string> refused_;                                           ///< by request
-  std::map<std::string, std::unordered_map<std::int64_t, Touch>, std::less<>> touches_;  ///< by table and key
-  std::map<int, std::int64_t> vlans_;                                                    ///< by interface
-  std::vector<Touch*> touched_;                                                          ///< by the request under way
+  std::map<const char*, Source> sources_;                  ///< by where the line's text is in its scenario
+  std::map<std::size_t, std::string> refused_;             ///< by request
+  std::map<std::string, Touches, std::less<>> touches_;    ///< by table
+  std::unordered_map<std::int32_t, std::uint16_t> vlans_;  ///< by interface
+  std::vector<Touch*> touched_;                            ///< by the request under way
   bool ended_ = false;
 };
 

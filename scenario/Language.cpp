@@ -21,9 +21,21 @@ void Language::AddExpectation(const std::string& name, const std::string& fields
                            std::move(read)});
 }
 
+namespace {
+
+std::size_t WordsOf(std::string_view name) { return name.find(' ') == std::string_view::npos ? 1 : 2; }
+
+}  // namespace
+
 const Statement* Language::Find(std::string_view name) const {
   const auto found = by_name_.find(name);
   return found == by_name_.end() ? nullptr : found->second;
+}
+
+const Statement* Language::Find(const std::vector<Token>& words) const {
+  const Statement* longer = nullptr;
+  if (words.size() > 1) longer = Find(std::string(words[0].text).append(" ").append(words[1].text));
+  return longer == nullptr ? Find(words[0].text) : longer;
 }
 
 const Expectation* Language::FindExpectation(std::string_view name) const {
@@ -41,14 +53,16 @@ bool Language::HasBlock(const std::vector<Token>& words) const {
 }
 
 ReadStatement Language::Read(const std::vector<Token>& words, const Surroundings& surroundings) const {
-  const Statement* const statement = Find(words[0].text);
+  const Statement* const statement = Find(words);
   if (statement == nullptr) {
     std::vector<std::string> names;
     for (const Statement& known : statements_) names.push_back(known.form.name());
     throw SyntaxError{words[0].offset, "unknown request " + Quoted(words[0].text) + Suggest(words[0].text, names)};
   }
   if (statement->kind == Kind::kExpectation) return ReadExpectation(words, surroundings);
-  return {statement->kind, {}, statement->read(Fields(statement->form, words, 1), surroundings)};
+  return {statement->kind,
+          {},
+          statement->read(Fields(statement->form, words, WordsOf(statement->form.name())), surroundings)};
 }
 
 ReadStatement Language::ReadExpectation(const std::vector<Token>& words, const Surroundings& surroundings) const {
@@ -66,7 +80,8 @@ ReadStatement Language::ReadExpectation(const std::vector<Token>& words, const S
                                             Suggest(words[at].text, names)};
   }
   const Fields fields(negated ? expectation->no_form : expectation->form, words, at + 1);
-  Check check = expectation->read(fields, {surroundings.card, surroundings.block, surroundings.clients, negated});
+  Check check = expectation->read(
+      fields, {surroundings.card, surroundings.block, surroundings.clients, surroundings.watchers, negated});
   return {Kind::kExpectation, expectation->about, [check = std::move(check)](Run& run) { return Checked{check(run)}; }};
 }
 

@@ -29,7 +29,10 @@ struct Surroundings {
   const softcard::CardDescription& card;
   const std::vector<std::string>& block;  ///< the lines up to its `end`
   std::set<std::string>& clients;         ///< that the lines so far have registered
-  bool negated = false;                   ///< "expect no ..."
+  /// For statements that have to know what happens before them: are told each step of the scenario's run, ahead of its
+  /// own observer. They live as long as the language is used.
+  std::set<Observer*>& watchers;
+  bool negated = false;  ///< "expect no ..."
 };
 
 /// A statement of the language. Its form is written here and nowhere else.
@@ -77,15 +80,12 @@ class Language {
   void AddExpectation(const std::string& name, const std::string& fields, std::string help, Expectation::About about,
                       int traits, Expectation::Read read);
 
-  /// For statements that have to know what happened before them: the watcher is told each step of every run, ahead of
-  /// the run's own observer. It lives as long as the language is used.
-  void Watch(Observer& watcher) { watchers_.push_back(&watcher); }
-  const std::vector<Observer*>& watchers() const { return watchers_; }
-
   const std::deque<Statement>& statements() const { return statements_; }
   const std::deque<Expectation>& expectations() const { return expectations_; }
   /// Null when there is none of this name.
   const Statement* Find(std::string_view name) const;
+  /// The statement that begins so: by two words, "show changes", ahead of one, "show".
+  const Statement* Find(const std::vector<Token>& words) const;
 
   /// Whether a statement that begins so has lines of its own, up to an `end`.
   bool HasBlock(const std::vector<Token>& words) const;
@@ -100,7 +100,6 @@ class Language {
   std::deque<Statement> statements_;
   std::deque<Expectation> expectations_;
   std::unordered_map<std::string_view, const Statement*> by_name_;
-  std::vector<Observer*> watchers_;
 };
 
 /// The statements that this room knows.

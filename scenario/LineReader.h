@@ -23,6 +23,9 @@ class LineReader {
   Loop ReadLoop(const SourceLine& line, const Counters& rounds);
   softcard::CardDescription ReadCard(const SourceLine& line, const Counters& rounds);
 
+  /// That the lines so far ask for.
+  const std::set<Observer*>& watchers() const { return watchers_; }
+
  private:
   const std::vector<Token>& Words(const SourceLine& line, const Counters& rounds);
   const std::vector<std::string>& Block(const SourceLine& line, const Counters& rounds);
@@ -30,6 +33,7 @@ class LineReader {
   const Language& language_;
   const softcard::CardDescription& card_;
   std::set<std::string> clients_;
+  std::set<Observer*> watchers_;
   std::unordered_map<const SourceLine*, ReadStatement> kept_;
   ReadStatement last_;
   std::vector<Token> words_;

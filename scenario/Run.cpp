@@ -38,7 +38,7 @@ class Runner {
     for (const auto& [place, failure] : faults_.NotHappened(run_.card.faults())) {
       Tell(place, Kind::kPlan, Failed(failure));
     }
-    for (Observer* watcher : scenario_.language->watchers()) watcher->Ended(scenario_.file, tally_);
+    for (Observer* watcher : scenario_.watchers) watcher->Ended(scenario_.file, tally_);
     observer_.Ended(scenario_.file, tally_);
     return tally_;
   }
@@ -97,7 +97,7 @@ class Runner {
       checked->request = StepAt(request_, kind, content).Text();
     }
     const Step step = StepAt(place, kind, content);
-    for (Observer* watcher : scenario_.language->watchers()) watcher->Took(step);
+    for (Observer* watcher : scenario_.watchers) watcher->Took(step);
     observer_.Took(step);
     if (auto* trace = std::get_if<Trace>(&content)) {
       run_.last = std::move(*trace);

@@ -2,6 +2,7 @@
 #define SCENARIO_SCENARIO_H
 
 #include <deque>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -17,7 +18,8 @@ struct Scenario {
   std::deque<SourceText> texts;  ///< what the lines refer to
   Counters definitions;          ///< names that have the same value in all lines
   softcard::CardDescription card;
-  bool starts_itself = false;  ///< a line says `start`
+  bool starts_itself = false;      ///< a line says `start`
+  std::set<Observer*> watchers{};  ///< are told each step of a run, ahead of its own observer
   std::vector<SourceLine> lines;
 };
 

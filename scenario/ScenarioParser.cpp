@@ -23,6 +23,12 @@ class Checker {
         reader_(*scenario.language, scenario.card),
         rounds_(scenario.definitions) {}
 
+  void CheckAll() {
+    Check(scenario_.lines);
+    scenario_.watchers = reader_.watchers();
+  }
+
+ private:
   void Check(const std::vector<SourceLine>& lines) {
     for (const SourceLine& line : lines) {
       if (!unusable_.empty() && unusable_.count(&line) != 0) continue;
@@ -34,7 +40,6 @@ class Checker {
     }
   }
 
- private:
   void CheckLine(const SourceLine& line) {
     if (line.kind == Kind::kLoop) {
       CheckLoop(line);
@@ -195,7 +200,7 @@ ParsedScenario ParseScenario(const Language& language, const std::string& file, 
   scenario.definitions = definitions;
   scenario.texts.push_back({file, std::move(text)});
   scenario.lines = ReadSource(language, scenario.texts, report);
-  Checker(scenario, report).Check(scenario.lines);
+  Checker(scenario, report).CheckAll();
   std::stable_sort(parsed.complaints.begin(), parsed.complaints.end(), [](const Complaint& a, const Complaint& b) {
     return std::tie(a.file, a.line) < std::tie(b.file, b.line);
   });

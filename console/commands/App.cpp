@@ -8,6 +8,7 @@ namespace console {
 Console::Console(softcard::Card& software_card) : card(software_card) {
   scenario::AddStandard(language);
   diagnosis::AddAudit(language, ledger);
+  diagnosis::AddDifferences(language, mark);
 }
 
 std::unique_ptr<CLI::App> MakeApp(Console& console) {
@@ -19,6 +20,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddRun(*app, console);
   AddCheck(*app, console);
   AddAudit(*app, console);
+  AddDiff(*app, console);
   return app;
 }
 

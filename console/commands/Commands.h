@@ -4,6 +4,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 
+#include "diagnosis/Changes.h"
 #include "diagnosis/Ledger.h"
 #include "scenario/Language.h"
 #include "softcard/Card.h"
@@ -19,7 +20,8 @@ struct Console {
 
   softcard::Card& card;
   scenario::Language language;
-  diagnosis::Ledger ledger;      ///< of the scenario that was run last
+  diagnosis::Ledger ledger;  ///< of the scenario that was run last, if it watched
+  diagnosis::Mark mark;
   ExitStatus status = kAllHold;  ///< of the subcommand that was given
 };
 
@@ -33,6 +35,7 @@ ExitStatus Flushed(ExitStatus status);
 void AddRun(CLI::App& app, Console& console);
 void AddCheck(CLI::App& app, Console& console);
 void AddAudit(CLI::App& app, Console& console);
+void AddDiff(CLI::App& app, Console& console);
 
 }  // namespace console
 

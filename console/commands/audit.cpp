@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "calls/Json.h"
 #include "console/Input.h"
 #include "console/commands/Commands.h"
 #include "scenario/Run.h"
@@ -21,12 +22,28 @@ class Silent : public scenario::Observer {
   void Ended(const std::string&, const scenario::Tally&) override {}
 };
 
-void Print(const diagnosis::Finding& finding) {
+void PrintFinding(const diagnosis::Finding& finding) {
   std::cout << "  " << finding.object << ": " << finding.problem << "\n    left by:   " << finding.cause
             << "\n    a packet:  " << finding.packet << "\n    clean up:  " << finding.remedy << '\n';
 }
 
-ExitStatus Audit(const std::vector<std::string>& paths, Console& console) {
+using Findings = std::vector<diagnosis::Finding>;
+
+void Print(const std::string& file, const Findings& findings) {
+  std::cout << scenario::Printable(file) << ": "
+            << (findings.empty() ? "clean" : std::to_string(findings.size()) + " finding")
+            << (findings.size() > 1 ? "s\n" : "\n");
+  for (const diagnosis::Finding& finding : findings) PrintFinding(finding);
+}
+
+/// As docs/audit-1.schema.json describes it.
+void PrintJson(const std::string& file, const Findings& findings) {
+  std::string rows;
+  for (const softcard::Row& row : diagnosis::ToRows(findings)) rows += (rows.empty() ? "" : ", ") + softcard::Json(row);
+  std::cout << "{\"version\": 1, \"file\": " << calls::JsonString(file) << ", \"findings\": [" << rows << "]}\n";
+}
+
+ExitStatus Audit(const std::vector<std::string>& paths, bool json, Console& console) {
   // All are read first: an unusable one among them means that nothing is run.
   std::deque<scenario::Scenario> scenarios;
   const auto named = Scenarios(paths);
@@ -34,6 +51,7 @@ ExitStatus Audit(const std::vector<std::string>& paths, Console& console) {
   for (const std::string& path : *named) {
     auto scenario = Load(console.language, path);
     if (!scenario) return kUnusable;
+    scenario->watchers.insert(&console.ledger);
     scenarios.push_back(*std::move(scenario));
   }
   ExitStatus status = kAllHold;
@@ -41,10 +59,7 @@ ExitStatus Audit(const std::vector<std::string>& paths, Console& console) {
     Silent silent;
     scenario::RunScenario(scenario, console.card, {}, silent);
     const auto findings = diagnosis::Audit(console.card, console.ledger);
-    std::cout << scenario::Printable(scenario.file) << ": "
-              << (findings.empty() ? "clean" : std::to_string(findings.size()) + " finding")
-              << (findings.size() > 1 ? "s\n" : "\n");
-    for (const diagnosis::Finding& finding : findings) Print(finding);
+    (json ? PrintJson : Print)(scenario.file, findings);
     if (!findings.empty()) status = kSomeFailed;
   }
   return Flushed(status);
@@ -58,7 +73,9 @@ void AddAudit(CLI::App& app, Console& console) {
   audit->add_option("FILE", *paths, "Scenarios, or directories of them; - for standard input")
       ->required()
       ->type_name("");
-  audit->callback([&console, paths] { console.status = Audit(*paths, console); });
+  const auto json = std::make_shared<bool>(false);
+  audit->add_flag("--json", *json, "Print a JSON object for each scenario, for programs");
+  audit->callback([&console, paths, json] { console.status = Audit(*paths, *json, console); });
 }
 
 }  // namespace console

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "console/ChangesPrinter.h"
 #include "console/Definitions.h"
 #include "console/Input.h"
 #include "console/JUnitReport.h"
@@ -29,6 +30,7 @@ struct RunOptions {
   bool summary = false;
   bool all_calls = false;
   bool strict = false;
+  bool diff = false;
   bool json = false;
   unsigned long max_failures = 20;
   std::string junit;
@@ -94,7 +96,9 @@ Outcome RunFile(const std::string& path, const scenario::Counters& definitions, 
   if (!scenario) return {kUnusable, {}, JUnitReport::ErrorSuite(path, "unusable; softcard check says why")};
   const auto printer = Printer(options);
   JUnitReport report;
-  Both both(*printer, report);
+  auto changes = ChangesPrinter(console.card, std::cout, WantsColour(options.colour));
+  Both printers(*printer, changes);
+  Both both(options.diff ? static_cast<scenario::Observer&>(printers) : *printer, report);
   const scenario::Tally tally =
       scenario::RunScenario(*scenario, console.card, {options.all_calls, options.strict}, both);
   return {tally.failed == 0 ? kAllHold : kSomeFailed, tally, report.Suite(scenario->file)};
@@ -162,9 +166,13 @@ void AddRun(CLI::App& app, Console& console) {
       run->add_flag("-s,--summary", options->summary, "Print a line for each request, or for several that are alike")
           ->excludes(quiet);
   run->add_flag("-a,--all-calls", options->all_calls, "Print what the module looks at, too");
-  run->add_flag("--json", options->json, "Print a JSON object a line, for programs")
+  CLI::Option* const json = run->add_flag("--json", options->json, "Print a JSON object a line, for programs")
+                                ->excludes(quiet)
+                                ->excludes(summary);
+  run->add_flag("--diff", options->diff, "Print below each request the rows that it took (-) and put (+)")
       ->excludes(quiet)
-      ->excludes(summary);
+      ->excludes(summary)
+      ->excludes(json);
   run->add_option("--junit", options->junit, "Write a JUnit report as well")->type_name("FILE");
   run->add_flag("--strict", options->strict, "A request fails that does not return 0, unless its result is expected");
   run->add_option("--max-failures", options->max_failures, "Tell of more failures only how many there are; 0: tell all")

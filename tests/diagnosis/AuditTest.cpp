@@ -28,7 +28,9 @@ class AnAudit : public testing::Test {
     AddAudit(language_, ledger_);
   }
 
-  Attempt Try(const Situation& situation) { return diagnosis::Try(language_, softcard::Card::Get(), situation); }
+  Attempt Try(const Situation& situation) {
+    return diagnosis::Try(language_, softcard::Card::Get(), situation, &ledger_);
+  }
   std::vector<Finding> Findings() const { return diagnosis::Audit(softcard::Card::Get(), ledger_); }
   /// What is found after these lines.
   std::vector<Finding> After(Lines lines) {
@@ -70,13 +72,67 @@ TEST_F(AnAudit, FindsEveryResidueOfEveryOperationAndTheRequestThatLeftIt) {
       ++residues;
       const auto findings = Findings();
       const std::string cause =
-          "line " + std::to_string(hindered.before.size() + 1) + ": " + operation.situation.request;
+          "situation:" + std::to_string(hindered.before.size() + 1) + ": " + operation.situation.request;
       EXPECT_TRUE(std::any_of(findings.begin(), findings.end(),
                               [&](const Finding& finding) { return finding.cause.rfind(cause, 0) == 0; }))
           << operation.title << ", " << call.call.function->name << " refused, " << findings.size() << " findings";
     }
   }
   EXPECT_GT(residues, 25);
+}
+
+namespace {
+
+/// The situation's line about this destination, as another request: "replace-vlan 10" of "install-vlan 10 lim=...".
+std::string LineOf(const Situation& situation, const std::string& request) {
+  const std::string id = request.substr(request.find(' '));
+  for (const std::string& line : situation.before) {
+    const std::size_t at = line.find(' ');
+    if (line.compare(at, id.size() + 1, id + ' ') == 0) return request.substr(0, request.find(' ')) + line.substr(at);
+  }
+  const std::string& line = situation.request;
+  return request.substr(0, request.find(' ')) + line.substr(line.find(' '));
+}
+
+/// A remedy in lines of the language.
+Lines LinesOf(const Situation& situation, const std::string& remedy) {
+  const std::string kAgain = ", then the install again", kSame = " with the values that it has";
+  if (remedy == "the same request again") return {situation.request};
+  if (const auto at = remedy.find(kSame); at != std::string::npos) return {LineOf(situation, remedy.substr(0, at))};
+  if (const auto at = remedy.find(kAgain); at != std::string::npos) {
+    const std::string destroy = remedy.substr(0, at);
+    return {destroy, LineOf(situation, "install" + destroy.substr(destroy.find('-')))};
+  }
+  if (const auto at = remedy.find(" ..."); at != std::string::npos) {
+    return {remedy.substr(0, at) + " mtu=1500 mac=00:00:5e:00:01:01"};
+  }
+  const std::string kInstall = "install-vlan with ", kDestroy = ", then destroy-vlan";
+  if (remedy.rfind(kInstall, 0) == 0) {
+    const std::string lim = remedy.substr(kInstall.size(), remedy.find(kDestroy) - kInstall.size());
+    return {"install-vlan 99 " + lim + " vrf=1 mtu=1500 mac=00:00:5e:00:01:01", "destroy-vlan 99"};
+  }
+  return {remedy};
+}
+
+}  // namespace
+
+TEST_F(AnAudit, KnowsARemedyForAResidueOnlyIfItRemedies) {
+  std::set<std::string> remedies;
+  for (const Operation& operation : diagnosis::Operations()) {
+    for (const auto& call : diagnosis::RefuseEachCall(language_, softcard::Card::Get(), operation.situation).refused) {
+      Lines lines = operation.situation.before;
+      lines.push_back("fail call=" + std::to_string(call.number) + " result=" + call.status);
+      lines.push_back(operation.situation.request);
+      for (const Finding& finding : After(lines)) {
+        if (finding.remedy == "none can") continue;
+        remedies.insert(finding.remedy);
+        const Lines problems = Problems(Join(lines, LinesOf(operation.situation, finding.remedy)));
+        EXPECT_EQ(std::count(problems.begin(), problems.end(), finding.object + ": " + finding.problem), 0)
+            << operation.title << ", " << call.call.function->name << " refused: " << finding.remedy;
+      }
+    }
+  }
+  EXPECT_GE(remedies.size(), 7U);
 }
 
 TEST_F(AnAudit, FindsNothingOnACleanCard) {
@@ -98,7 +154,7 @@ TEST_F(AnAudit, NamesTheRequestThePacketAndTheRemedy) {
   ASSERT_EQ(findings.size(), 1U);
   EXPECT_EQ(findings[0].object, "intf 2");
   EXPECT_EQ(findings[0].problem, "no record accounts for it");
-  EXPECT_EQ(findings[0].cause, "line 6: destroy-mpls 30, where IntfManager::DeleteIntf = -11 (Operation failed)");
+  EXPECT_EQ(findings[0].cause, "situation:6: destroy-mpls 30, where IntfManager::DeleteIntf = -11 (Operation failed)");
   EXPECT_EQ(findings[0].packet, "none meets it, unless an egress object is bound to it");
   EXPECT_EQ(findings[0].remedy, "none can");
 }
@@ -127,7 +183,7 @@ TEST_F(AnAudit, FindsAVlanThatCanNoLongerBeDestroyedAndTheWayBack) {
 
 TEST_F(AnAudit, BlamesTheMoveForWhatStaysBehindOnTheOldVlan) {
   for (const Finding& finding : After({VLAN, "replace-vlan 10 lim=vlan200 vrf=2 mtu=1500 mac=00:00:5e:00:01:01"})) {
-    EXPECT_EQ(finding.cause, "line 4: replace-vlan 10 lim=vlan200 vrf=2 mtu=1500 mac=00:00:5e:00:01:01");
+    EXPECT_EQ(finding.cause, "situation:4: replace-vlan 10 lim=vlan200 vrf=2 mtu=1500 mac=00:00:5e:00:01:01");
   }
 }
 
@@ -161,6 +217,75 @@ TEST_F(AnAudit, KnowsRemediesThatRemedy) {
                                 "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=300 caps=push"};
   EXPECT_EQ(Problems(without_labels), Lines{"destination 30: its interface 2 has no tunnel initiator"});
   EXPECT_EQ(Problems(Join(without_labels, {"destroy-mpls 30", PUSH})), Lines{});
+}
+
+TEST_F(AnAudit, FindsAVlanWithoutAMyStationEntry) {
+  const Lines lines = {VLAN, "fail MyStationManager::InsertMyStationVlanEntry result=BCM_E_FULL",
+                       "fail IntfManager::DeleteIntf result=BCM_E_BUSY", "destroy-vlan 10"};
+  const auto findings = After(lines);
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings[0].problem, "its VLAN 100 has no my-station entry");
+  EXPECT_EQ(findings[0].remedy, "replace-vlan 10 with the values that it has");
+  EXPECT_EQ(Problems(Join(lines, {"replace-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"})), Lines{});
+}
+
+TEST_F(AnAudit, FindsADroppingTunnelThatIsBoundToAPort) {
+  EXPECT_EQ(Problems({VLAN, PUSH " action=drop"}), Lines{});
+  // No request leaves one; another module of the card may.
+  softcard::Tables& tables = softcard::Card::Get().tables();
+  constexpr int kEgress = 100001;
+  softcard::Egress egress = *tables.egresses.Find(kEgress);
+  egress.port = 2;
+  ASSERT_EQ(tables.egresses.Update(kEgress, egress, egress.mac.data(), tables.intfs, tables.ports), 0);
+  const auto findings = Findings();
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings[0].object, "destination 30");
+  EXPECT_EQ(findings[0].problem, "it drops, and is bound to port eth2");
+  EXPECT_EQ(findings[0].remedy, "replace-mpls 30 with the values that it has");
+}
+
+TEST_F(AnAudit, KnowsTheRemedyOfALostInterfaceALostEgressObjectAndALostVrf) {
+  const char kReinstall[] = "install-vlan 11 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01";
+  const Lines lost = {VLAN, HOST, "destroy-vlan 10"};
+  EXPECT_EQ(After(lost).at(0).remedy, "destroy-host 20, then the install on a new base");
+  EXPECT_EQ(
+      Problems(Join(lost, {"destroy-host 20", kReinstall, "install-host 20 vlan=11 lim=eth1 mac=02:00:00:00:00:09"})),
+      Lines{});
+  const Lines gone = {VLAN, "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=16 caps=swap",
+                      "fail EgressManager::CreateEgress result=BCM_E_FULL",
+                      "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=0 caps=swap"};
+  EXPECT_EQ(After(gone).at(0).remedy, "destroy-mpls 30, then the install again");
+  EXPECT_EQ(Problems(Join(gone, {"destroy-mpls 30", PUSH})), Lines{});
+  const Lines vrf = {VLAN, "destroy-vrf 1"};
+  EXPECT_EQ(After(vrf).at(0).remedy, "install-vrf 1");
+}
+
+TEST_F(AnAudit, KnowsTheRemedyOfAVlanWhoseInterfaceIsGone) {
+  Try({{VLAN}, HOST});
+  // No request leaves one; another module of the card may.
+  softcard::Card::Get().tables().intfs.Delete(1);
+  const auto findings = Findings();
+  ASSERT_EQ(findings.at(0).problem, "its interface 1 is gone");
+  EXPECT_EQ(findings.at(0).remedy, "destroy-mpls 10");
+}
+
+TEST_F(AnAudit, NamesTheFileOfTheRequestThatLeftIt) {
+  auto parsed = scenario::ParseScenario(language_, TEST_FOLDER "/main.scn", "include leftover.inc\n");
+  ASSERT_TRUE(parsed.complaints.empty()) << parsed.complaints[0].Text();
+  parsed.scenario.watchers.insert(&ledger_);
+  struct : scenario::Observer {
+    void Took(const scenario::Step&) override {}
+    void Ended(const std::string&, const scenario::Tally&) override {}
+  } nobody;
+  scenario::RunScenario(parsed.scenario, softcard::Card::Get(), {}, nobody);
+  EXPECT_EQ(Findings().at(0).cause.rfind(TEST_FOLDER "/leftover.inc:2: install-vlan 10", 0), 0U)
+      << Findings().at(0).cause;
+}
+
+TEST_F(AnAudit, WatchesOnlyTheScenariosThatAskForIt) {
+  EXPECT_TRUE(scenario::ParseScenario(language_, "", "install-vrf 1\n").scenario.watchers.empty());
+  EXPECT_EQ(scenario::ParseScenario(language_, "", "audit\n").scenario.watchers.count(&ledger_), 1U);
+  EXPECT_EQ(scenario::ParseScenario(language_, "", "expect clean\n").scenario.watchers.count(&ledger_), 1U);
 }
 
 TEST_F(AnAudit, IsAStatementAndAnExpectation) {

@@ -1,0 +1,123 @@
+#include <gtest/gtest.h>
+
+#include "diagnosis/Changes.h"
+#include "diagnosis/StateDifference.h"
+#include "diagnosis/Statements.h"
+#include "scenario/Run.h"
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+#define VLAN "install-vrf 1\ninstall-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01\n"
+#define PUSH "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=100 caps=push\n"
+
+/// Keeps the tables that are shown.
+struct Tables : scenario::Observer {
+  void Took(const scenario::Step& step) override {
+    if (const auto* shown = std::get_if<scenario::Shown>(&step.content)) {
+      for (const auto& table : shown->tables) lines.push_back(table.name + ' ' + std::to_string(table.rows.size()));
+    }
+  }
+  void Ended(const std::string&, const scenario::Tally&) override {}
+
+  Lines lines;
+};
+
+class ARun : public testing::Test {
+ protected:
+  ARun() {
+    AddStandard(language_);
+    AddDifferences(language_, mark_);
+    scenario::Performer(softcard::Card::Get()).Start();
+  }
+
+  void Run(const std::string& text, scenario::Observer& observer) {
+    const auto parsed = scenario::ParseScenario(language_, "test.scn", text);
+    ASSERT_TRUE(parsed.complaints.empty()) << parsed.complaints[0].Text();
+    scenario::RunScenario(parsed.scenario, softcard::Card::Get(), {}, observer);
+  }
+  /// "TABLE NUMBER" of each table that is shown.
+  Lines Shown(const std::string& text) {
+    Tables tables;
+    Run(text, tables);
+    return tables.lines;
+  }
+  /// The rows of the card after these lines.
+  diagnosis::Rows After(const std::string& text) {
+    Shown(text);
+    return diagnosis::AllRows(softcard::Card::Get());
+  }
+
+  scenario::Language language_;
+  diagnosis::Mark mark_;
+};
+
+}  // namespace
+
+TEST_F(ARun, ShowsChangesSinceTheBeginningTheMarkOrTheLastShow) {
+  EXPECT_EQ(Shown("install-vrf 1\nshow changes\n"), (Lines{"took 0", "put 1"}));
+  EXPECT_EQ(Shown("install-vrf 1\nmark\ninstall-vrf 2\ndestroy-vrf 1\nshow changes\n"), (Lines{"took 1", "put 1"}));
+  EXPECT_EQ(Shown("install-vrf 1\nshow changes\nshow changes\n"), (Lines{"took 0", "put 1", "took 0", "put 0"}));
+}
+
+TEST_F(ARun, BeginsWithNoMarkOfTheRunBefore) {
+  Shown("install-vrf 1\nmark\n");
+  EXPECT_EQ(Shown("install-vrf 1\nshow changes\n"), (Lines{"took 0", "put 1"}));
+}
+
+TEST_F(ARun, KnowsTheRowsThatEachRequestTookAndPut) {
+  std::vector<std::pair<unsigned, Lines>> told;
+  diagnosis::RequestChanges changes(softcard::Card::Get(),
+                                    [&](const scenario::Step& step, const diagnosis::Changes& told_changes) {
+                                      Lines lines;
+                                      for (const auto& row : told_changes.took) lines.push_back("- " + NameOf(row));
+                                      for (const auto& row : told_changes.put) lines.push_back("+ " + NameOf(row));
+                                      told.emplace_back(step.line, lines);
+                                    });
+  Run(VLAN PUSH "replace-vlan 10 lim=vlan200 vrf=1 mtu=1500 mac=00:00:5e:00:01:01\ndestroy-mpls 31\ndestroy-mpls 30\n",
+      changes);
+  const std::vector<std::pair<unsigned, Lines>> expected = {
+      {1, {"+ vrf 1"}},
+      {2, {"+ intf 1", "+ station 100", "+ association 100", "+ protocol 100", "+ destination 10"}},
+      {3, {"+ intf 2", "+ egress 100001", "+ initiator 2", "+ destination 30"}},
+      {4, {"- intf 1", "+ intf 1", "+ station 200"}},
+      {6, {"- intf 2", "- egress 100001", "- initiator 2", "- destination 30"}}};
+  EXPECT_EQ(told, expected);
+}
+
+TEST_F(ARun, TellsOfEveryRowThatTheWholeCardsComparisonTells) {
+  diagnosis::Rows rows;
+  diagnosis::RequestChanges changes(softcard::Card::Get(), [&](const scenario::Step&, const diagnosis::Changes& told) {
+    rows = diagnosis::Without(rows, told.took);
+    rows.insert(rows.end(), told.put.begin(), told.put.end());
+  });
+  Run(VLAN PUSH
+      "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09\nfail IntfManager::UpdateIntf result=BCM_E_FAIL\n"
+      "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=16,17 caps=swap\n"
+      "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=16 caps=swap\n",
+      changes);
+  const auto all = diagnosis::AllRows(softcard::Card::Get());
+  EXPECT_TRUE(diagnosis::Without(all, rows).empty());
+  EXPECT_TRUE(diagnosis::Without(rows, all).empty());
+}
+
+TEST_F(ARun, IsComparedWithAnotherDestinationByDestination) {
+  const diagnosis::Rows before = After(VLAN "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09\ninstall-vrf 3\n");
+  const diagnosis::Rows after = After(VLAN "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:0a\n" PUSH
+                                           "replace-vlan 10 lim=vlan100 vrf=1 mtu=9000 mac=00:00:5e:00:01:02\n");
+  Lines lines;
+  for (const auto& group : diagnosis::ByDestination(before, after)) {
+    for (const auto& [took, put] : group.rows) {
+      lines.push_back((group.destination ? std::to_string(*group.destination) : "nobody") + ' ' +
+                      NameOf(took ? *took : *put) +
+                      (took && put ? " changed"
+                       : took      ? " removed"
+                                   : " added"));
+    }
+  }
+  EXPECT_EQ(lines, (Lines{"10 intf 1 changed", "10 station 100 changed", "20 egress 100001 changed", "30 intf 2 added",
+                          "30 egress 100002 added", "30 initiator 2 added", "30 destination 30 added",
+                          "nobody vrf 3 removed"}));
+  EXPECT_TRUE(diagnosis::ByDestination(after, after).empty());
+}
