@@ -51,9 +51,29 @@ std::string NotificationJson(const scenario::Notification& told) {
          ", \"port\": " + std::to_string(told.port) + '}';
 }
 
+std::string FrameJson(const softcard::Bytes& frame) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string digits;
+  for (const unsigned char byte : frame) (digits += kDigits[byte >> 4]) += kDigits[byte & 0xF];
+  return JsonString(digits);
+}
+
+std::string PacketJson(const scenario::Forwarded& packet) {
+  using Fate = softcard::Way::Fate;
+  const softcard::Way& way = packet.way;
+  std::string json = ", \"time\": " + std::to_string(packet.time);
+  if (!packet.in_port.empty()) json += ", \"in\": " + JsonString(packet.in_port);
+  json += ", \"bytes\": " + FrameJson(packet.in);
+  if (way.destination) json += ", \"destination\": " + std::to_string(*way.destination);
+  if (way.fate == Fate::kDropped) return json + ", \"dropped\": " + JsonString(softcard::DropName(way.drop));
+  return json + ", \"out\": " + JsonString(packet.out_port) + ", \"frame\": " + FrameJson(packet.out);
+}
+
 std::string Json(const Step& step, const Trace& trace) {
   using Result = scenario::RequestResult::Kind;
-  if (step.kind == scenario::Kind::kPacket) return Begin("packet", step) + ", \"way\": " + List(trace.lines, LineJson);
+  if (trace.packet) {
+    return Begin("packet", step) + ", \"way\": " + List(trace.lines, LineJson) + PacketJson(*trace.packet);
+  }
   const std::string result = trace.result.kind == Result::kNumber
                                  ? ", \"result\": " + std::to_string(trace.result.number)
                              : trace.result.kind == Result::kThrew ? ", \"threw\": " + JsonString(trace.result.thrown)
@@ -68,6 +88,10 @@ std::string Json(const Step& step, const scenario::Shown& shown) {
            return "{\"name\": " + JsonString(table.name) +
                   ", \"rows\": " + List(table.rows, [](const softcard::Row& row) { return softcard::Json(row); }) + '}';
          });
+}
+
+std::string Json(const Step& step, const scenario::ShownChain& chain) {
+  return Begin("chain", step) + ", \"chain\": " + List(chain.lines, JsonString);
 }
 
 std::string Json(const Step& step, const scenario::Checked& checked) {

@@ -34,7 +34,8 @@ const char* ColourOf(const TraceLine& line) {
     }
     case TraceLine::Kind::kCall: return calls::IsRefused(std::get<calls::Event>(line.what)) ? kRed : kPlain;
     case TraceLine::Kind::kPacket: return line.Text().rfind("dropped", 0) == 0 ? kRed : kPlain;
-    case TraceLine::Kind::kAccess: return kDim;
+    case TraceLine::Kind::kAccess:
+    case TraceLine::Kind::kFrame: return kDim;
     case TraceLine::Kind::kClient: break;
   }
   return kCyan;
@@ -85,22 +86,22 @@ void TextPrinter::Print(const Step& step, const Trace& trace) {
 }
 
 void TextPrinter::PrintStart(const Trace& trace) {
-  if (detail_ != Detail::kCalls || trace.lines.empty()) return;
+  if (options_.detail != Detail::kCalls || trace.lines.empty()) return;
   out_ << Paint(kBold, "start-up") << '\n';
   PrintLines(trace);
 }
 
 void TextPrinter::PrintPacket(const Step& step, const Trace& trace) {
-  if (detail_ == Detail::kFailures) return;
+  if (options_.detail == Detail::kFailures) return;
   PrintRow();
-  if (detail_ == Detail::kCalls) out_ << '\n';
+  if (options_.detail == Detail::kCalls) out_ << '\n';
   out_ << Paint(kBold, step.Text()) << '\n';
   PrintLines(trace);
 }
 
 void TextPrinter::PrintRequest(const Step& step, const Trace& trace) {
-  if (detail_ == Detail::kRequests) Fold(step, trace);
-  if (detail_ != Detail::kCalls) return;
+  if (options_.detail == Detail::kRequests) Fold(step, trace);
+  if (options_.detail != Detail::kCalls) return;
   out_ << '\n' << Paint(kBold, step.Text()) << '\n';
   PrintLines(trace);
   if (trace.result.kind != RequestResult::Kind::kNone) out_ << "  " << PaintResult(trace.result) << '\n';
@@ -108,40 +109,49 @@ void TextPrinter::PrintRequest(const Step& step, const Trace& trace) {
 
 void TextPrinter::PrintLines(const Trace& trace) {
   for (const TraceLine& line : trace.lines) {
+    if (line.kind() == TraceLine::Kind::kFrame && !options_.frames) continue;
     out_ << std::string(4 + 2 * line.depth, ' ') << Paint(ColourOf(line), line.Text()) << '\n';
   }
 }
 
 void TextPrinter::Print(const Step& step, const scenario::Shown& shown) {
-  if (detail_ == Detail::kFailures) return;
+  if (options_.detail == Detail::kFailures) return;
   PrintRow();
-  if (detail_ == Detail::kCalls) out_ << '\n' << Paint(kBold, step.Text()) << '\n';
+  if (options_.detail == Detail::kCalls) out_ << '\n' << Paint(kBold, step.Text()) << '\n';
   for (const scenario::ShownTable& table : shown.tables) {
     out_ << Paint(kCyan, "  " + table.name) << (table.rows.empty() ? ": none" : ":") << '\n';
     for (const softcard::Row& row : table.rows) out_ << "    " << softcard::Text(row) << '\n';
   }
 }
 
-void TextPrinter::PrintPlan(const Step& step) {
-  if (detail_ == Detail::kFailures) return;
+void TextPrinter::Print(const Step& step, const scenario::ShownChain& chain) {
+  if (options_.detail == Detail::kFailures) return;
   PrintRow();
-  if (detail_ == Detail::kCalls) out_ << '\n';
+  if (options_.detail == Detail::kCalls) out_ << '\n';
+  out_ << Paint(kBold, step.Text()) << '\n';
+  for (const std::string& line : chain.lines) out_ << "    " << line << '\n';
+}
+
+void TextPrinter::PrintPlan(const Step& step) {
+  if (options_.detail == Detail::kFailures) return;
+  PrintRow();
+  if (options_.detail == Detail::kCalls) out_ << '\n';
   out_ << Paint(kYellow, step.Text()) << '\n';
 }
 
 void TextPrinter::Print(const Step&, const scenario::Said& said) {
-  if (detail_ == Detail::kFailures) return;
+  if (options_.detail == Detail::kFailures) return;
   PrintRow();
   out_ << '\n' << Paint(kBold, "# " + said.text) << '\n';
 }
 
 void TextPrinter::Print(const Step& step, const scenario::Checked& checked) {
   if (!checked.failure) {
-    if (detail_ == Detail::kCalls) out_ << Paint(kDim, "  ok: " + step.Text()) << '\n';
+    if (options_.detail == Detail::kCalls) out_ << Paint(kDim, "  ok: " + step.Text()) << '\n';
     return;
   }
   PrintRow();
-  if (++failures_ > max_failures_ && max_failures_ > 0) return;
+  if (++failures_ > options_.max_failures && options_.max_failures > 0) return;
   out_ << Paint(kRed, step.file + ":" + std::to_string(step.line) + ": failed: ") << Printable(step.Text()) << '\n';
   if (!step.rounds.empty()) out_ << "    with " << RoundText(step.rounds) << '\n';
   if (checked.request_line != 0 && checked.request_line != step.line) {
@@ -152,18 +162,18 @@ void TextPrinter::Print(const Step& step, const scenario::Checked& checked) {
 
 void TextPrinter::Ended(const std::string& file, const scenario::Tally& tally) {
   PrintRow();
-  if (failures_ > max_failures_ && max_failures_ > 0) {
-    out_ << Paint(kRed, "and " + Counted(failures_ - max_failures_, "more failure")) << '\n';
+  if (failures_ > options_.max_failures && options_.max_failures > 0) {
+    out_ << Paint(kRed, "and " + Counted(failures_ - options_.max_failures, "more failure")) << '\n';
   }
   failures_ = 0;
-  if (detail_ != Detail::kFailures) out_ << '\n';
+  if (options_.detail != Detail::kFailures) out_ << '\n';
   const std::string sum = file + ": " + Counted(tally.requests, "request") + ", " +
                           Counted(tally.expectations, "expectation") + ", " + std::to_string(tally.failed) + " failed";
   out_ << Paint(tally.failed == 0 ? kGreen : kRed, sum) << std::endl;
 }
 
 std::string TextPrinter::Paint(const char* colour, const std::string& text) const {
-  return colour_ && *colour != '\0' ? colour + Printable(text) + "\033[0m" : Printable(text);
+  return options_.colour && *colour != '\0' ? colour + Printable(text) + "\033[0m" : Printable(text);
 }
 
 std::string TextPrinter::PaintResult(const RequestResult& result) const {

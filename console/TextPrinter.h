@@ -20,9 +20,14 @@ std::string Counted(unsigned long count, const std::string& noun);
 /// Writes what a run has to tell, for people.
 class TextPrinter : public scenario::Observer {
  public:
-  /// Of more than `max_failures` only the number is told; 0: all are.
-  TextPrinter(std::ostream& out, Detail detail, bool colour, unsigned long max_failures = 0)
-      : out_(out), detail_(detail), colour_(colour), max_failures_(max_failures) {}
+  struct Options {
+    Detail detail = Detail::kCalls;
+    bool colour = false;
+    unsigned long max_failures = 0;  ///< of more only the number is told; 0: all are
+    bool frames = false;             ///< packets with the bytes that leave
+  };
+
+  TextPrinter(std::ostream& out, const Options& options) : out_(out), options_(options) {}
 
   void Took(const scenario::Step& step) override;
   void Ended(const std::string& file, const scenario::Tally& tally) override;
@@ -44,6 +49,7 @@ class TextPrinter : public scenario::Observer {
 
   void Print(const scenario::Step& step, const scenario::Trace& trace);
   void Print(const scenario::Step& step, const scenario::Shown& shown);
+  void Print(const scenario::Step& step, const scenario::ShownChain& chain);
   void Print(const scenario::Step& step, const scenario::PlannedFault&) { PrintPlan(step); }
   void Print(const scenario::Step& step, const scenario::ClearedFaults&) { PrintPlan(step); }
   void Print(const scenario::Step& step, const scenario::Said& said);
@@ -62,9 +68,7 @@ class TextPrinter : public scenario::Observer {
   bool ContinuesRow(const Row& next) const;
 
   std::ostream& out_;
-  Detail detail_;
-  bool colour_;
-  unsigned long max_failures_;
+  const Options options_;
   unsigned long failures_ = 0;
   Row row_;
 };

@@ -13,8 +13,8 @@ Form::Part ReadPart(std::string text) {
   const std::size_t equals = text.find('=');
   const bool word = equals == std::string::npos;
   const std::string value = text.substr(word ? 0 : equals + 1);
-  return {text, word ? "" : text.substr(0, equals), value.substr(0, value.find_first_of(",.")), optional,
-          word && text.back() == '.'};
+  const bool repeated = word && text.back() == '.' && text.find(',') == std::string::npos;
+  return {text, word ? "" : text.substr(0, equals), value.substr(0, value.find_first_of(",.")), optional, repeated};
 }
 
 }  // namespace

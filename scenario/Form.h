@@ -9,7 +9,8 @@ namespace scenario {
 
 /// What a statement looks like, for example "install-host ID vlan=ID lim=PORT mac=MAC [actions=ACTION,...]": behind the
 /// name, words in capitals stand for one word each, KEY=X for a field, brackets for what may be left out, and a last
-/// "X..." for one or more words. A form with alternatives, "a | b", leaves it to the statement to tell them apart.
+/// "X..." for one or more words, "X,..." for a list in one word. A form with alternatives, "a | b", leaves it to the
+/// statement to tell them apart.
 class Form {
  public:
   struct Part {

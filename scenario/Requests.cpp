@@ -6,6 +6,7 @@
 #include "scenario/Run.h"
 #include "scenario/Statements.h"
 #include "scenario/Values.h"
+#include "softcard/Limits.h"
 
 namespace scenario {
 namespace {
@@ -80,6 +81,11 @@ std::vector<Enumeration> ToList(const Token& list, const char* what, const Names
   return result;
 }
 
+void KeepLabels(const Arguments& arguments, std::map<unsigned, std::size_t>* asked) {
+  asked->erase(arguments.id);
+  if (arguments.labels.size() > softcard::kMaxLabels) asked->emplace(arguments.id, arguments.labels.size());
+}
+
 }  // namespace
 
 RequestArguments ReadRequest(const Fields& fields, const softcard::CardDescription& card) {
@@ -114,10 +120,12 @@ void AddRequests(Language& language) {
                [](const Fields&, const Surroundings&) { return [](Run& run) { return run.performer.Start(); }; });
   for (const RequestForm& request : kRequests) {
     language.Add(request.name, request.fields, request.help, Kind::kRequest,
-                 [make = request.make](const Fields& fields, const Surroundings& around) {
-                   return [make, arguments = ReadRequest(fields, around.card)](Run& run) {
+                 [&request](const Fields& fields, const Surroundings& around) {
+                   return [&request, arguments = ReadRequest(fields, around.card)](Run& run) {
                      return run.performer.Perform([&] {
-                       return RequestResult{RequestResult::Kind::kNumber, make(*Module::GetInstance(), arguments), ""};
+                       const int rv = request.make(*Module::GetInstance(), arguments);
+                       if (rv >= 0 && request.fields == kMplsFields) KeepLabels(arguments, &run.labels_asked);
+                       return RequestResult{RequestResult::Kind::kNumber, rv, ""};
                      });
                    };
                  });

@@ -1,6 +1,9 @@
 #ifndef SCENARIO_RUN_H
 #define SCENARIO_RUN_H
 
+#include <cstdint>
+#include <map>
+
 #include "scenario/Performer.h"
 #include "scenario/Scenario.h"
 #include "scenario/Step.h"
@@ -13,6 +16,9 @@ namespace scenario {
 struct Run {
   softcard::Card& card;
   Performer& performer;
+  std::uint64_t clock =
+      0;  ///< in nanoseconds, the same in every run: each packet comes a microsecond after the one before
+  std::map<unsigned, std::size_t> labels_asked{};  ///< by destination, where they are more than the chip pushes
   Trace last{};  ///< of the last request or packet, before the first one of the module's start
 };
 

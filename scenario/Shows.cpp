@@ -1,3 +1,4 @@
+#include "scenario/Chain.h"
 #include "scenario/Run.h"
 #include "scenario/Statements.h"
 #include "scenario/Values.h"
@@ -23,6 +24,11 @@ void AddShows(Language& language) {
                    for (const std::string& table : tables) shown.tables.push_back({table, run.card.Rows(table)});
                    return shown;
                  };
+               });
+  language.Add("show destination", "ID", "Shows what every packet to a destination goes through", Kind::kShow,
+               [](const Fields& fields, const Surroundings&) {
+                 return
+                     [id = ToUnsigned(fields.words()[0], "id")](const Run& run) { return ShownChain{Chain(run, id)}; };
                });
   language.Add("say", "TEXT", "Prints a heading", Kind::kSay, [](const Fields& fields, const Surroundings&) {
     return [said = Said{std::string(fields.words()[0].text)}](Run&) { return said; };

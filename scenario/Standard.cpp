@@ -8,6 +8,7 @@ void AddStandard(Language& language) {
   AddCardExpectations(language);
   AddClients(language);
   AddFaults(language);
+  AddCardTables(language);
   AddPackets(language);
   AddShows(language);
   AddStructure(language);

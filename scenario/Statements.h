@@ -11,7 +11,8 @@ void AddTraceExpectations(Language& language);  ///< about the last request or p
 void AddCardExpectations(Language& language);   ///< expect rows, table, empty
 void AddClients(Language& language);            ///< client; its callbacks make what the language knows as requests
 void AddFaults(Language& language);             ///< fail, clear-faults
-void AddPackets(Language& language);            ///< send
+void AddCardTables(Language& language);         ///< route, label, attach, lag: what other modules of a card fill
+void AddPackets(Language& language);            ///< inject, send
 void AddShows(Language& language);              ///< show, say
 void AddStructure(Language& language);          ///< for, end, card
 

@@ -38,6 +38,11 @@ struct Shown {
   std::vector<ShownTable> tables;
 };
 
+/// What a destination consists of.
+struct ShownChain {
+  std::vector<std::string> lines;
+};
+
 struct PlannedFault {
   enum class When {
     kNth,      ///< the n-th call of the function
@@ -70,7 +75,7 @@ struct Checked {
 };
 
 /// What a statement has to tell when it is done.
-using Content = std::variant<Trace, Shown, PlannedFault, ClearedFaults, Said, Checked>;
+using Content = std::variant<Trace, Shown, ShownChain, PlannedFault, ClearedFaults, Said, Checked>;
 
 /// A statement that has been done.
 struct Step {

@@ -8,6 +8,7 @@
 #include "scenario/Suggestion.h"
 #include "scenario/SyntaxError.h"
 #include "scenario/Values.h"
+#include "softcard/Limits.h"
 
 namespace scenario {
 
@@ -30,6 +31,21 @@ Loop ReadLoop(const std::vector<Token>& words, const Form& form) {
   return loop;
 }
 
+namespace {
+
+/// "7,6,5,4,3,2,1,0": the EXP for each priority of a packet.
+void ReadExpMap(const Token& list, std::array<unsigned char, 8>* map) {
+  const std::vector<Token> exps = Elements(list);
+  if (exps.size() != map->size()) {
+    throw SyntaxError{list.offset, "exp= needs an EXP for each of the 8 priorities, such as 0,1,2,3,4,5,6,7"};
+  }
+  std::transform(exps.begin(), exps.end(), map->begin(), [](const Token& exp) {
+    return static_cast<unsigned char>(ToNumber(exp, "EXP", 0, softcard::kLastExp));
+  });
+}
+
+}  // namespace
+
 softcard::CardDescription ReadCard(const Fields& fields) {
   constexpr long long kMaxPorts = 65535;
   constexpr long long kMaxRows = std::numeric_limits<int>::max();
@@ -45,9 +61,12 @@ softcard::CardDescription ReadCard(const Fields& fields) {
   set("intfs", card.intfs, kMaxRows);
   set("egresses", card.egresses, kMaxRows);
   set("initiators", card.initiators, kMaxRows);
+  set("routes", card.routes, kMaxRows);
+  set("labels", card.labels, kMaxRows);
   set("unit", card.unit, kMaxRows);
   set("slot", card.slot, kMaxRows);
   set("exp-map", card.exp_map_id, kMaxRows);
+  if (const Token* exps = fields.Find("exp")) ReadExpMap(*exps, &card.exp_maps[card.exp_map_id]);
   return card;
 }
 
@@ -57,8 +76,8 @@ void AddStructure(Language& language) {
                Kind::kInclude);
   language.Add("end", "", "Ends a loop, or the lines of an expectation", Kind::kEnd);
   language.Add("card",
-               "[ports=N] [lags=N] [vrfs=N] [vlans=N] [intfs=N] [egresses=N] [initiators=N] [unit=N] [slot=N] "
-               "[exp-map=N]",
+               "[ports=N] [lags=N] [vrfs=N] [vlans=N] [intfs=N] [egresses=N] [initiators=N] [routes=N] "
+               "[labels=N] [unit=N] [slot=N] [exp-map=N] [exp=EXP,...]",
                "Describes the card, before everything else", Kind::kCard);
 }
 

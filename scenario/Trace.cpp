@@ -6,7 +6,7 @@ namespace scenario {
 
 TraceLine::Kind TraceLine::kind() const {
   if (std::holds_alternative<ClientNote>(what)) return Kind::kClient;
-  if (std::holds_alternative<PacketNote>(what)) return Kind::kPacket;
+  if (const auto* packet = std::get_if<PacketNote>(&what)) return packet->is_frame ? Kind::kFrame : Kind::kPacket;
   const auto* const call = std::get_if<calls::Call>(&std::get<calls::Event>(what));
   if (call == nullptr) return Kind::kLog;
   return call->function->purpose == calls::Purpose::kCall ? Kind::kCall : Kind::kAccess;

@@ -1,11 +1,14 @@
 #ifndef SCENARIO_TRACE_H
 #define SCENARIO_TRACE_H
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "calls/Event.h"
+#include "softcard/packets/Way.h"
 
 namespace scenario {
 
@@ -17,11 +20,12 @@ struct ClientNote {
 /// What was found or done on a packet's way, in words.
 struct PacketNote {
   std::string text;
+  bool is_frame = false;  ///< in the end, the bytes that left
 };
 
 /// Something that happened during a request or to a packet.
 struct TraceLine {
-  enum class Kind { kCall, kAccess, kLog, kClient, kPacket };
+  enum class Kind { kCall, kAccess, kLog, kClient, kPacket, kFrame };
 
   std::variant<calls::Event, ClientNote, PacketNote> what;
   unsigned depth = 0;  ///< in how many clients' callbacks
@@ -52,12 +56,23 @@ struct RequestResult {
   std::string Text() const;
 };
 
+/// What came, and what became of it.
+struct Forwarded {
+  std::uint64_t time = 0;  ///< when it came, in nanoseconds since the run began
+  std::string in_port{};   ///< "eth1"; empty for a packet that was routed elsewhere
+  softcard::Bytes in{};
+  softcard::Way way{};
+  std::string out_port{};  ///< "eth3", "cpu"; empty when it was dropped
+  softcard::Bytes out{};
+};
+
 /// Everything about a request or a packet that expectations can ask.
 struct Trace {
   std::vector<TraceLine> lines;
   std::vector<Notification> notifications;
   RequestResult result;
-  bool clients_went_on = false;  ///< they made more requests than they may
+  bool clients_went_on = false;       ///< they made more requests than they may
+  std::optional<Forwarded> packet{};  ///< of a packet
 };
 
 }  // namespace scenario

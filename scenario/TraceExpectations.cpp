@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <initializer_list>
+
 #include "calls/Pattern.h"
 #include "scenario/Failure.h"
 #include "scenario/Run.h"
@@ -5,27 +8,25 @@
 #include "scenario/Suggestion.h"
 #include "scenario/SyntaxError.h"
 #include "scenario/Values.h"
+#include "softcard/packets/Drop.h"
 
 namespace scenario {
 namespace {
 
 using About = Expectation::About;
 
-Lines LinesOf(const Trace& trace, TraceLine::Kind kind) {
+Lines LinesOf(const Trace& trace, std::initializer_list<TraceLine::Kind> kinds) {
   Lines lines;
   for (const TraceLine& line : trace.lines) {
-    if (line.kind() == kind) lines.push_back(line.Text());
+    if (std::count(kinds.begin(), kinds.end(), line.kind()) > 0) lines.push_back(line.Text());
   }
   return lines;
 }
 
-/// Calls, log lines and notifications.
+/// What is printed of it unless more is asked for.
 Lines LinesOf(const Trace& trace) {
-  Lines lines;
-  for (const TraceLine& line : trace.lines) {
-    if (line.kind() != TraceLine::Kind::kAccess) lines.push_back(line.Text());
-  }
-  return lines;
+  using Kind = TraceLine::Kind;
+  return LinesOf(trace, {Kind::kCall, Kind::kLog, Kind::kClient, Kind::kPacket});
 }
 
 Lines TextsOf(const std::vector<Notification>& notifications) {
@@ -41,7 +42,7 @@ bool IsNumber(const Token& word) {
 /// Expects a line of this kind, or none.
 Check AmongLines(TraceLine::Kind kind, std::string pattern, const char* what, bool negated) {
   return [kind, pattern = std::move(pattern), what, negated](const Run& run) {
-    return Among(LinesOf(run.last, kind), pattern, what, negated);
+    return Among(LinesOf(run.last, {kind}), pattern, what, negated);
   };
 }
 
@@ -102,8 +103,30 @@ Check ReadNotification(const Fields& fields, const Surroundings& around) {
   };
 }
 
+/// Refuses the name of a drop that there is none of.
+void CheckDrop(const Token& way) {
+  constexpr std::string_view kDropped = "dropped: ";
+  if (way.text.substr(0, kDropped.size()) != kDropped) return;
+  const std::string_view name =
+      way.text.substr(kDropped.size(), way.text.find_first_of(":*", kDropped.size()) - kDropped.size());
+  const bool whole = kDropped.size() + name.size() == way.text.size() || way.text[kDropped.size() + name.size()] == ':';
+  std::vector<std::string> names;
+  for (int drop = 0; drop < softcard::kDrops; ++drop) names.emplace_back(softcard::DropName(softcard::Drop{drop}));
+  const auto fits = [&](const std::string& known) {
+    return whole ? known == name : known.compare(0, name.size(), name) == 0;
+  };
+  if (std::any_of(names.begin(), names.end(), fits)) return;
+  const std::size_t quote = way.quoted ? 1 : 0;
+  throw SyntaxError{way.offset + quote + kDropped.size(),
+                    "no packet is dropped by the name of " + Quoted(name) + Suggest(name, names)};
+}
+
 Check ReadPacket(const Fields& fields, const Surroundings& around) {
-  return AmongLines(TraceLine::Kind::kPacket, std::string(fields.words()[0].text), "packet", around.negated);
+  const Token& way = fields.words()[0];
+  CheckDrop(way);
+  return [pattern = std::string(way.text), negated = around.negated](const Run& run) {
+    return Among(LinesOf(run.last, {TraceLine::Kind::kPacket, TraceLine::Kind::kFrame}), pattern, "packet", negated);
+  };
 }
 
 Check ReadTrace(const Fields&, const Surroundings& around) {

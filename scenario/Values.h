@@ -10,8 +10,9 @@
 
 #include "calls/Functions.h"
 #include "scenario/Tokens.h"
-#include "softcard/CardDescription.h"
-#include "softcard/LimId.h"
+#include "softcard/Card.h"
+#include "softcard/packets/Frame.h"
+#include "softcard/tables/Prefix.h"
 
 /// What a scenario's words mean. Every function throws SyntaxError for a word that has no meaning here.
 namespace scenario {
@@ -29,6 +30,17 @@ std::optional<std::array<unsigned char, 6>> ToMac(const Token& word);
 /// "eth1", "lag2", "cpu", "vlan100"; "absent:eth99" for a port that the card does not have; "0x05000001" for the lim id
 /// with this word.
 limid_t ToLimId(const Token& word, const softcard::CardDescription& card);
+
+/// The chip's port of a lim id; a number that no port of the card has for one that stands for none.
+int ToPort(limid_t limid, const softcard::Card& card);
+
+/// "192.0.2.1", "2001:db8::1".
+softcard::IpAddress ToIpAddress(const Token& word);
+/// "192.0.2.0/24"; an address alone is the prefix of it alone. Nothing lies behind its length.
+softcard::Prefix ToPrefix(const Token& word);
+
+/// Bytes in hexadecimal, with blanks between them or not.
+softcard::Bytes ToBytes(const Token& word);
 
 /// A status by name, such as BCM_E_FULL, or by number.
 int ToStatus(const Token& word, std::string_view what);

@@ -41,6 +41,16 @@ const ShownTable kShownTables[] = {
     {&kDestinationDescription,
      [](const Card& card) { return softcard::Rows(card.common().destination_id_correlators); },
      [](const Card& card) { return card.common().destination_id_correlators.size(); }},
+    {&RouteTable::kDescription, [](const Card& card) { return card.tables().routes.Rows(); },
+     [](const Card& card) { return std::size_t{card.tables().routes.count()}; }},
+    {&LabelTable::kDescription, [](const Card& card) { return card.tables().labels.Rows(card.tables().ports); },
+     [](const Card& card) { return std::size_t{card.tables().labels.count()}; }},
+    {&AttachTable::kDescription, [](const Card& card) { return card.tables().attachments.Rows(card.tables().ports); },
+     [](const Card& card) { return card.tables().attachments.rows().size(); }},
+    {&LagTable::kDescription, [](const Card& card) { return card.tables().lags.Rows(card.tables().ports); },
+     [](const Card& card) { return card.tables().lags.rows().size(); }},
+    {&Counters::kDescription, [](const Card& card) { return card.counters().Rows(card.tables().ports); },
+     [](const Card& card) { return card.counters().row_count(); }},
 };
 
 const ShownTable& FindTable(std::string_view name) {
@@ -65,6 +75,7 @@ void Card::Reset(const CardDescription& description) {
   log_.Clear();
   faults_ = {};
   tables_ = Tables(description_);
+  counters_ = {};
   for (const auto& row : common_.destination_id_correlators) delete &row.second;
   common_.destination_id_correlators.clear();
   common_.unit = description_.unit;

@@ -12,6 +12,7 @@
 #include "softcard/FaultPlan.h"
 #include "softcard/LimId.h"
 #include "softcard/Tables.h"
+#include "softcard/packets/Counters.h"
 #include "softcard/tables/Row.h"
 
 namespace softcard {
@@ -33,12 +34,16 @@ class Card {
   /// What the chip holds; a copy is a snapshot.
   Tables& tables() { return tables_; }
   const Tables& tables() const { return tables_; }
+  /// Of the packets that whoever forwards them has counted.
+  Counters& counters() { return counters_; }
+  const Counters& counters() const { return counters_; }
   /// What `HalBcmCommon::GetInstance()` gives, without the call being seen.
   HalBcmCommon& common() { return common_; }
   const HalBcmCommon& common() const { return common_; }
 
   /// The tables in the order in which they are shown: "intfs", "egresses", "initiators", "stations", "associations",
-  /// "vrfs", "protocol", "switch", "ports", "lags", "destinations".
+  /// "vrfs", "protocol", "switch", "ports", "lags", "destinations", "routes", "labels", "attachments", "members",
+  /// "counters".
   static std::vector<const TableDescription*> TableDescriptions();
   static std::vector<std::string> TableNames();
   /// A table's rows in the order of their keys. Throws std::invalid_argument for a name that is no table's.
@@ -59,6 +64,7 @@ class Card {
   CallLog log_;
   FaultPlan faults_;
   Tables tables_{description_};
+  Counters counters_;
   HalBcmCommon common_;
   bool looking_ = false;
 };

@@ -29,6 +29,7 @@ struct RunOptions {
   bool quiet = false;
   bool summary = false;
   bool all_calls = false;
+  bool hex = false;
   bool strict = false;
   bool diff = false;
   bool json = false;
@@ -87,7 +88,8 @@ bool WantsColour(const std::string& choice) {
 std::unique_ptr<scenario::Observer> Printer(const RunOptions& options) {
   if (options.json) return std::make_unique<JsonPrinter>(std::cout);
   const Detail detail = options.quiet ? Detail::kFailures : options.summary ? Detail::kRequests : Detail::kCalls;
-  return std::make_unique<TextPrinter>(std::cout, detail, WantsColour(options.colour), options.max_failures);
+  return std::make_unique<TextPrinter>(
+      std::cout, TextPrinter::Options{detail, WantsColour(options.colour), options.max_failures, options.hex});
 }
 
 Outcome RunFile(const std::string& path, const scenario::Counters& definitions, const RunOptions& options,
@@ -166,6 +168,7 @@ void AddRun(CLI::App& app, Console& console) {
       run->add_flag("-s,--summary", options->summary, "Print a line for each request, or for several that are alike")
           ->excludes(quiet);
   run->add_flag("-a,--all-calls", options->all_calls, "Print what the module looks at, too");
+  run->add_flag("--hex", options->hex, "Print the bytes of frames that leave, too");
   CLI::Option* const json = run->add_flag("--json", options->json, "Print a JSON object a line, for programs")
                                 ->excludes(quiet)
                                 ->excludes(summary);

@@ -1,8 +1,17 @@
 #include "softcard/packets/Counters.h"
 
 #include <map>
+#include <string>
 
 namespace softcard {
+
+using calls::Kind;
+
+const TableDescription Counters::kDescription = {"counters",
+                                                 "counter",
+                                                 Origin::kCounted,
+                                                 {"of", Kind::kText},
+                                                 {{"packets", Kind::kNumber}, {"bytes", Kind::kNumber}}};
 
 Counters::PortCount& Counters::Port(int port) {
   const auto index = static_cast<std::size_t>(port);
@@ -37,12 +46,12 @@ Count Counters::out(int port) const {
   return index < ports_.size() ? ports_[index].out : Count();
 }
 
-std::vector<std::string> Counters::Rows(const Ports& ports) const {
-  std::vector<std::string> lines;
+std::vector<Row> Counters::Rows(const Ports& ports) const {
+  std::vector<Row> rows;
   const auto append = [&](const std::string& what, const Count& count) {
+    const auto value = [](uint64_t number) { return calls::Value(static_cast<std::int64_t>(number)); };
     if (count.packets > 0) {
-      lines.push_back("counter " + what + ": packets=" + std::to_string(count.packets) +
-                      " bytes=" + std::to_string(count.bytes));
+      rows.push_back({&kDescription, calls::ToValue(what), {value(count.packets), value(count.bytes)}});
     }
   };
   for (const auto& [id, count] : std::map<unsigned, Count>(destinations_.begin(), destinations_.end())) {
@@ -55,7 +64,15 @@ std::vector<std::string> Counters::Rows(const Ports& ports) const {
   for (int reason = 0; reason < kDrops; ++reason) {
     append(std::string("drop ") + DropName(static_cast<Drop>(reason)), drops_[static_cast<std::size_t>(reason)]);
   }
-  return lines;
+  return rows;
+}
+
+std::size_t Counters::row_count() const {
+  const auto not_zero = [](const Count& count) { return count.packets > 0 ? std::size_t{1} : 0; };
+  std::size_t count = destinations_.size();
+  for (const PortCount& port : ports_) count += not_zero(port.in) + not_zero(port.out);
+  for (const Count& drop : drops_) count += not_zero(drop);
+  return count;
 }
 
 }  // namespace softcard

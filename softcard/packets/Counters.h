@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdint>
-#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -23,6 +22,8 @@ struct Count {
 /// counts the packet as it came; the CPU port counts what the CPU got.
 class Counters {
  public:
+  static const TableDescription kDescription;
+
   /// A frame of `in` bytes that came in on a port, and left as one of `out`.
   void Injected(int port, const Way& way, std::size_t in, std::size_t out);
   /// A packet that has been routed elsewhere.
@@ -32,8 +33,9 @@ class Counters {
   Count drop(Drop drop) const { return drops_[static_cast<std::size_t>(drop)]; }
   Count in(int port) const;
   Count out(int port) const;
-  /// Those that are not zero.
-  std::vector<std::string> Rows(const Ports& ports) const;
+  /// Those that are not zero, "counter destination 20: packets=1 bytes=42", by destination, port and drop.
+  std::vector<Row> Rows(const Ports& ports) const;
+  std::size_t row_count() const;
 
  private:
   struct PortCount {

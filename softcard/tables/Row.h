@@ -13,6 +13,7 @@ enum class Origin {
   kGiven,           ///< what the card has: ports
   kSetAtStart,      ///< set when the module starts
   kMadeByRequests,  ///< empty on a card that nobody has asked for anything
+  kCounted,         ///< what packets leave behind
 };
 
 struct Column {

@@ -11,7 +11,7 @@ namespace {
 
 std::string Output(const std::string& text, Detail detail = Detail::kCalls, bool colour = false) {
   std::ostringstream out;
-  TextPrinter printer(out, detail, colour);
+  TextPrinter printer(out, {detail, colour});
   scenario::RunScenario(Usable(text), softcard::Card::Get(), {}, printer);
   return out.str();
 }

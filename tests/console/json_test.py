@@ -20,6 +20,10 @@ requests = [step for step in steps if step["step"] == "request"]
 assert any("threw" in step for step in requests), "nothing threw"
 assert any(event.get("injected") for step in requests for event in step["trace"]), "nothing was injected"
 assert any(step["notifications"] for step in requests), "nobody was notified"
+packets = [step for step in steps if step["step"] == "packet"]
+assert {step.get("dropped") for step in packets} == {None, "no-record", "ttl"}, packets
+assert packets[-1]["in"] == "eth1" and packets[-1]["frame"].startswith("00005e000201"), packets[-1]
 # A check that finds nothing wrong must be able to.
-for wrong in ({**steps[-1], "failed": "1"}, {**steps[0], "more": 1}, {**requests[0], "result": None}):
+for wrong in ({**steps[-1], "failed": "1"}, {**steps[0], "more": 1}, {**requests[0], "result": None},
+              {**packets[0], "dropped": "no-route"}, {**packets[0], "frame": "0"}):
     assert not validator.is_valid(wrong), wrong

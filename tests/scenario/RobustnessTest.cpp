@@ -23,6 +23,11 @@ const std::string kScenario =
     "install-mpls 4 vlan=10 lim=cpu mac=null labels=1,2 caps=push action=drop\n"
     "expect no call \"EgressManager*\"\n"
     "send 4 ttl=1\n"
+    "route 1 10.0.0.0/8 4\n"
+    "label 16 port eth2\n"
+    "lag lag1 eth1,eth2\n"
+    "inject eth1 dmac=02:00:00:00:00:01 vlan=7 labels=1,2 frame=\"00 01\"\n"
+    "expect packet \"dropped: not-routed*\"\n"
     "show all\n";
 
 // Whatever is changed, the parser says where it hurts or takes it.

@@ -191,11 +191,13 @@ TEST_F(RunTest, APacketTellsItsWayAndItsFrame) {
   EXPECT_EQ(step.kind, Kind::kPacket);
   EXPECT_EQ(step.trace().lines.front().kind(), TraceLine::Kind::kPacket);
   EXPECT_EQ(step.trace().lines.back().Text(),
-            "frame 00005e000201 00005e000101 81000064 8847 000643ff 45200016000000000911c581c0000201c63364010000");
-  EXPECT_EQ(Failures(kTunnel + "send 10\nexpect packet \"dropped: destination 10 is a VLAN, not a way to a next hop\"\n"
-                               "send 99\nexpect packet \"dropped: destination 99 is not installed\"\n"
-                               "expect no packet \"frame*\"\n"),
-            "");
+            "frame 00005e000201 00005e000101 81000064 8847 000643ff 452000160000000009fdc495c0000201c63364010000");
+  EXPECT_EQ(
+      Failures(kTunnel +
+               "send 10\nexpect packet \"dropped: no-egress: destination 10 is a VLAN, not a way to a next hop\"\n"
+               "send 99\nexpect packet \"dropped: no-record: destination 99 is not installed\"\n"
+               "expect no packet \"frame*\"\n"),
+      "");
 }
 
 TEST_F(RunTest, ShowsTheRowsThatAnExpectationOfTheTableCompares) {

@@ -117,7 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
             "client c calls show all",
             "1:16: a callback makes requests, \"show\" is none; it is one of start, init, install-vrf, destroy-vrf, "
             "install-vlan, replace-vlan, destroy-vlan, install-host, replace-host, destroy-host, install-mpls, "
-            "replace-mpls, destroy-mpls, client"},
+            "replace-mpls, destroy-mpls, client, route, no-route, label, no-label, attach, no-attach, lag"},
         UnusableLine{
             "client c calls client d calls init",
             "1:16: a client that a callback registers cannot make calls itself; register it by a line of its own"},
@@ -135,7 +135,7 @@ INSTANTIATE_TEST_SUITE_P(
         UnusableLine{
             "show nothing",
             "1:6: unknown table \"nothing\"; it is one of intfs, egresses, initiators, stations, associations, "
-            "vrfs, protocol, switch, ports, lags, destinations, all"},
+            "vrfs, protocol, switch, ports, lags, destinations, routes, labels, attachments, members, counters, all"},
         UnusableLine{"say", "1:1: \"say\" needs TEXT"},
         UnusableLine{"say \"x\" \nclient \"x notify", "2:8: this quote is not closed"}),
     Name);
@@ -179,6 +179,46 @@ INSTANTIATE_TEST_SUITE_P(
         UnusableLine{"start\nexpect throw \"x\"", "2:1: \"start\" has no result"},
         UnusableLine{"expect rows intfs many", "1:19: \"many\" is no number of rows; it is a number"},
         UnusableLine{"init\nexpect trace\n  log 7: x", "2:1: no line says \"end\" to what begins here"}),
+    Name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Packets, Unusable,
+    testing::Values(
+        UnusableLine{"route 1 192.0.2.1/24 20",
+                     "1:9: \"192.0.2.1/24\" has bits behind its length; the prefix is 192.0.2.0/24"},
+        UnusableLine{"route 1 192.0.2.0/33 20", "1:19: 33 does not fit; length of this prefix is 0 ... 32"},
+        UnusableLine{"route 1 2001:db8::/x 20", "1:20: \"x\" is no length of this prefix; it is a number"},
+        UnusableLine{"no-route 1 192.0.2",
+                     "1:12: \"192.0.2\" is no IP address; one looks like 192.0.2.1 or like 2001:db8::1"},
+        UnusableLine{"label 16", "1:1: \"label\" needs a label and what becomes of it"},
+        UnusableLine{"label 16 push 1", "1:1: \"label\" needs a label and what becomes of it"},
+        UnusableLine{"label 16 port eth49",
+                     "1:15: the card has no eth49; it has eth1 ... eth48, and \"absent:eth49\" asks for the port all "
+                     "the same"},
+        UnusableLine{"lag lag1 eth1 eth2", "1:15: unexpected \"eth2\""},
+        UnusableLine{"attach eth1", "1:1: \"attach\" needs ID"},
+        UnusableLine{"show destination", "1:1: \"show destination\" needs ID"},
+        UnusableLine{"show destination 1 2", "1:20: unexpected \"2\""},
+        UnusableLine{"inject eth1", "1:1: \"inject\" needs hex=HEX or dmac=MAC"},
+        UnusableLine{"inject eth1 hex=00 vlan=7", "1:25: hex= is the whole frame: leave vlan= out"},
+        UnusableLine{"inject eth1 hex=0g", "1:18: \"g\" is no digit of bytes, which look like 00005e000101"},
+        UnusableLine{"inject eth1 hex=000", "1:17: half a byte is left over: two digits are a byte"},
+        UnusableLine{"inject eth1 dmac=null", "1:18: a frame has no null address"},
+        UnusableLine{"inject eth1 dmac=02:00:00:00:00:01 frame=00",
+                     "1:42: frame= lies below labels; the frame that comes in is hex="},
+        UnusableLine{"send 1 frame=00 src=192.0.2.1", "1:21: frame= is all that is carried: leave src= out"},
+        UnusableLine{"send 1 frame=00 ttl=1", "1:21: an Ethernet frame has none of its own: leave ttl= out"},
+        UnusableLine{"send 1 src=192.0.2.1 dst=::1", "1:26: src= and dst= are addresses of different IP versions"},
+        UnusableLine{"send 1 dst=::1 size=39", "1:21: 39 does not fit; size of an IPv6 packet is 40 ... 65535"},
+        UnusableLine{"send 1 payload=0102 size=21", "1:26: 21 does not fit; size of an IPv4 packet is 22 ... 65535"},
+        UnusableLine{"send 1 labels=1048576", "1:15: 1048576 does not fit; label is 0 ... 1048575"},
+        UnusableLine{"send 1\nexpect packet \"dropped: no-rout: *\"",
+                     "2:25: no packet is dropped by the name of \"no-rout\"; did you mean \"no-route\"?"},
+        UnusableLine{"send 1\nexpect packet \"dropped: x*\"",
+                     "2:25: no packet is dropped by the name of \"x\"; it is one of not-routed, no-route, no-label, "
+                     "no-record, no-egress, no-interface, interface-gone, mtu, ttl, action, no-port, malformed"},
+        UnusableLine{"card exp=1,2", "1:10: exp= needs an EXP for each of the 8 priorities, such as 0,1,2,3,4,5,6,7"},
+        UnusableLine{"card exp=0,1,2,3,4,5,6,8", "1:24: 8 does not fit; EXP is 0 ... 7"}),
     Name);
 
 INSTANTIATE_TEST_SUITE_P(

@@ -25,24 +25,32 @@ class CardTest : public OnCard {
     bcm_switch_control_set(0, bcmSwitchL3EgressMode, 1);
     auto* const record = new DestinationIdCorrelator{-1, intf, egress};
     HalBcmCommon::GetInstance()->destination_id_correlators.emplace(-1, *record);
+    softcard::Tables& tables = card_.tables();
+    tables.routes.Set(1, {}, 20);
+    tables.labels.Set(100, {softcard::LabelAction::Kind::kDestination, 20}, tables.ports);
+    tables.attachments.Set(1, 20, tables.ports);
+    tables.lags.Set(1001, {2, 3}, tables.ports);
+    card_.counters().Sent({}, 20, 0);
   }
 };
 
 TEST_F(CardTest, TablesAreShownInTheirOrder) {
-  EXPECT_EQ(Card::TableNames(), (Lines{"intfs", "egresses", "initiators", "stations", "associations", "vrfs",
-                                       "protocol", "switch", "ports", "lags", "destinations"}));
+  EXPECT_EQ(Card::TableNames(),
+            (Lines{"intfs", "egresses", "initiators", "stations", "associations", "vrfs", "protocol", "switch", "ports",
+                   "lags", "destinations", "routes", "labels", "attachments", "members", "counters"}));
   FillEveryTable();
   for (const std::string& table : Card::TableNames()) EXPECT_FALSE(Rows(table.c_str()).empty()) << table;
 }
 
 TEST_F(CardTest, ATableThatDoesNotExistIsNamedWithThoseThatDo) {
   try {
-    Rows("routes");
-    FAIL() << "routes are shown";
+    Rows("neighbours");
+    FAIL() << "neighbours are shown";
   } catch (const std::invalid_argument& error) {
-    EXPECT_STREQ(error.what(),
-                 "there is no table \"routes\"; the tables are: intfs egresses initiators stations associations vrfs "
-                 "protocol switch ports lags destinations");
+    EXPECT_STREQ(
+        error.what(),
+        "there is no table \"neighbours\"; the tables are: intfs egresses initiators stations associations vrfs "
+        "protocol switch ports lags destinations routes labels attachments members counters");
   }
 }
 
