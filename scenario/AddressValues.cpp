@@ -1,6 +1,4 @@
 // Addresses, prefixes, ports and bytes.
-#include <arpa/inet.h>
-
 #include <string>
 
 #include "scenario/Suggestion.h"
@@ -32,11 +30,7 @@ int ToPort(limid_t limid, const softcard::Card& card) {
 }
 
 IpAddress ToIpAddress(const Token& word) {
-  const std::string text(word.text);
-  IpAddress address;
-  if (inet_pton(AF_INET, text.c_str(), address.bytes.data()) == 1) return address;
-  address.version = IpAddress::Version::k6;
-  if (inet_pton(AF_INET6, text.c_str(), address.bytes.data()) == 1) return address;
+  if (const auto address = softcard::ReadIpAddress(std::string(word.text))) return *address;
   throw SyntaxError{word.offset, Quoted(word.text) + " is no IP address; one looks like 192.0.2.1 or like 2001:db8::1"};
 }
 

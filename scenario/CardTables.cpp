@@ -69,9 +69,8 @@ void AddLabels(Language& language) {
       Kind::kRequest, [](const Fields& fields, const Surroundings& around) {
         return Writes([row = ReadLabel(fields, around.card)](const softcard::Card& card, Tables& tables) {
           LabelAction action = row.action;
-          if (action.kind == LabelAction::Kind::kPopPort) {
-            action.value = static_cast<unsigned>(ToPort(row.port, card));
-          }
+          const bool to_port = action.kind == LabelAction::Kind::kPopPort;
+          if (to_port) action.value = static_cast<unsigned>(ToPort(row.port, card));
           return tables.labels.Set(row.label, action, tables.ports);
         });
       });

@@ -105,7 +105,7 @@ Bytes Under(const std::vector<unsigned>& labels, const Fields& fields, const Byt
   return bytes;
 }
 
-unsigned EtherTypeOf(const ReadPacket& packet) {
+unsigned EtherTypeOf(const CarriedPacket& packet) {
   if (packet.carried == Carried::kLabels) return softcard::kEtherTypeMpls;
   return packet.bytes[0] >> 4 == 4 ? softcard::kEtherTypeIpv4 : softcard::kEtherTypeIpv6;
 }
@@ -123,7 +123,7 @@ void Append16(unsigned value, Bytes* frame) {
 
 }  // namespace
 
-ReadPacket ToPacket(const Fields& fields) {
+CarriedPacket ToPacket(const Fields& fields) {
   const std::vector<unsigned> labels = ReadLabels(fields);
   const Token* const frame = fields.Find("frame");
   if (frame != nullptr) {
@@ -145,7 +145,7 @@ Bytes ToFrame(const Fields& fields) {
   if (dmac == nullptr) {
     throw SyntaxError{fields.name().offset, "\"inject\" needs hex=HEX or dmac=MAC", fields.form().usage()};
   }
-  const ReadPacket packet = ToPacket(fields);
+  const CarriedPacket packet = ToPacket(fields);
   if (packet.carried == Carried::kEthernet) {
     throw SyntaxError{fields.Find("frame")->offset, "frame= lies below labels; the frame that comes in is hex="};
   }

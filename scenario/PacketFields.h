@@ -10,14 +10,14 @@ namespace scenario {
 constexpr char kPacketFields[] =
     "[src=IP] [dst=IP] [ttl=N] [tos=N] [size=BYTES] [labels=LABEL,...] [payload=HEX] [frame=HEX]";
 
-struct ReadPacket {
+struct CarriedPacket {
   softcard::Carried carried = softcard::Carried::kIp;
   softcard::Bytes bytes{};
 };
 
 /// The packet that the fields describe: labels, the outermost first, and below them an IP packet or a whole Ethernet
 /// frame. Labels have the packet's TTL and priority. Throws SyntaxError.
-ReadPacket ToPacket(const Fields& fields);
+CarriedPacket ToPacket(const Fields& fields);
 
 /// The frame of hex=, or an Ethernet header of dmac=, smac= and vlan= around the packet. Throws SyntaxError.
 softcard::Bytes ToFrame(const Fields& fields);

@@ -37,7 +37,7 @@ Trace Inject(Run& run, limid_t limid, const softcard::Bytes& frame) {
 }
 
 /// A packet that has been routed to a destination.
-Trace Send(Run& run, unsigned id, const ReadPacket& sent) {
+Trace Send(Run& run, unsigned id, const CarriedPacket& sent) {
   softcard::Card& card = run.card;
   PacketStory story(run);
   Forwarded packet;

@@ -7,10 +7,13 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "console/Captures.h"
 #include "console/ChangesPrinter.h"
 #include "console/Definitions.h"
 #include "console/Input.h"
@@ -35,6 +38,7 @@ struct RunOptions {
   bool json = false;
   unsigned long max_failures = 20;
   std::string junit;
+  std::string pcap;
   std::string colour = "auto";
 };
 
@@ -60,23 +64,20 @@ Outcome ReadOutcome(const std::string& text) {
   return outcome;
 }
 
-/// Tells two the same.
-class Both : public scenario::Observer {
+/// Tells all the same.
+class All : public scenario::Observer {
  public:
-  Both(scenario::Observer& first, scenario::Observer& second) : first_(first), second_(second) {}
+  explicit All(std::vector<scenario::Observer*> observers) : observers_(std::move(observers)) {}
 
   void Took(const scenario::Step& step) override {
-    first_.Took(step);
-    second_.Took(step);
+    for (scenario::Observer* observer : observers_) observer->Took(step);
   }
   void Ended(const std::string& file, const scenario::Tally& tally) override {
-    first_.Ended(file, tally);
-    second_.Ended(file, tally);
+    for (scenario::Observer* observer : observers_) observer->Ended(file, tally);
   }
 
  private:
-  scenario::Observer& first_;
-  scenario::Observer& second_;
+  const std::vector<scenario::Observer*> observers_;
 };
 
 bool WantsColour(const std::string& choice) {
@@ -98,11 +99,15 @@ Outcome RunFile(const std::string& path, const scenario::Counters& definitions, 
   if (!scenario) return {kUnusable, {}, JUnitReport::ErrorSuite(path, "unusable; softcard check says why")};
   const auto printer = Printer(options);
   JUnitReport report;
+  std::vector<scenario::Observer*> observers = {printer.get()};
   auto changes = ChangesPrinter(console.card, std::cout, WantsColour(options.colour));
-  Both printers(*printer, changes);
-  Both both(options.diff ? static_cast<scenario::Observer&>(printers) : *printer, report);
+  if (options.diff) observers.push_back(&changes);
+  observers.push_back(&report);
+  std::optional<Captures> captures;
+  if (!options.pcap.empty()) observers.push_back(&captures.emplace(options.pcap));
+  All all(observers);
   const scenario::Tally tally =
-      scenario::RunScenario(*scenario, console.card, {options.all_calls, options.strict}, both);
+      scenario::RunScenario(*scenario, console.card, {options.all_calls, options.strict}, all);
   return {tally.failed == 0 ? kAllHold : kSomeFailed, tally, report.Suite(scenario->file)};
 }
 
@@ -140,6 +145,11 @@ ExitStatus Run(const RunOptions& options, Console& console) {
   const auto definitions = ReadDefinitions(options.definitions);
   const auto paths = Scenarios(options.paths);
   if (!definitions || !paths) return kUnusable;
+  if (!options.pcap.empty() && paths->size() > 1) {
+    std::cerr << "softcard: --pcap takes one scenario, as another would write the same files; these are "
+              << paths->size() << '\n';
+    return kUnusable;
+  }
   const Outcome outcome = RunFiles(*paths, *definitions, options, console);
   if (!options.junit.empty()) {
     std::ofstream file(options.junit);
@@ -177,6 +187,7 @@ void AddRun(CLI::App& app, Console& console) {
       ->excludes(summary)
       ->excludes(json);
   run->add_option("--junit", options->junit, "Write a JUnit report as well")->type_name("FILE");
+  run->add_option("--pcap", options->pcap, "Write what each port sees into DIR/PORT.pcap")->type_name("DIR");
   run->add_flag("--strict", options->strict, "A request fails that does not return 0, unless its result is expected");
   run->add_option("--max-failures", options->max_failures, "Tell of more failures only how many there are; 0: tell all")
       ->type_name("N")

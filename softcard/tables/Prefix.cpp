@@ -26,6 +26,14 @@ bool Prefix::IsValid() const {
   return length <= address.bits() && Around(address, length).address.bytes == address.bytes;
 }
 
+std::optional<IpAddress> ReadIpAddress(const std::string& text) {
+  IpAddress address;
+  if (inet_pton(AF_INET, text.c_str(), address.bytes.data()) == 1) return address;
+  address.version = IpAddress::Version::k6;
+  if (inet_pton(AF_INET6, text.c_str(), address.bytes.data()) == 1) return address;
+  return std::nullopt;
+}
+
 std::string Text(const IpAddress& address) {
   char text[INET6_ADDRSTRLEN];
   return inet_ntop(address.version == IpAddress::Version::k4 ? AF_INET : AF_INET6, address.bytes.data(), text,

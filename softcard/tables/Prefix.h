@@ -2,6 +2,7 @@
 #define SOFTCARD_TABLES_PREFIX_H
 
 #include <array>
+#include <optional>
 #include <string>
 
 namespace softcard {
@@ -28,6 +29,9 @@ struct Prefix {
   /// Not longer than an address, and nothing behind its length.
   bool IsValid() const;
 };
+
+/// "192.0.2.1", "2001:db8::1"; nothing for what is no address.
+std::optional<IpAddress> ReadIpAddress(const std::string& text);
 
 std::string Text(const IpAddress& address);  ///< "192.0.2.1", "2001:db8::1"
 std::string Text(const Prefix& prefix);      ///< "192.0.2.0/24"

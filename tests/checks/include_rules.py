@@ -37,7 +37,7 @@ OTHERS = {
     "router": rf"libmnl/.*|linux/.*|{PROTOCOLS}|{SYSTEM}",
     "serve": rf"pcap\.h|pcap/.*|linux/.*|{PROTOCOLS}|{SYSTEM}",
     "diagnosis": r"nlohmann/json\.hpp",
-    "console": rf"CLI/.*|editline/.*|histedit\.h|{SYSTEM}",
+    "console": rf"CLI/.*|pcap/.*|editline/.*|histedit\.h|{SYSTEM}",
     "bench": rf"benchmark/.*|valgrind/.*|{SYSTEM}",
     "tests": ".*",
 }

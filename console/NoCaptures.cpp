@@ -1,0 +1,18 @@
+// For targets without libpcap.
+#include <stdexcept>
+
+#include "console/Captures.h"
+
+namespace console {
+
+class Captures::Files {};
+
+Captures::Captures(const std::string&) { throw std::runtime_error("this build writes no captures: it has no libpcap"); }
+
+Captures::~Captures() = default;
+
+void Captures::Took(const scenario::Step&) {}
+
+void Captures::Ended(const std::string&, const scenario::Tally&) {}
+
+}  // namespace console
