@@ -1,5 +1,6 @@
 #include "console/TextPrinter.h"
 
+#include <algorithm>
 #include <charconv>
 #include <ostream>
 #include <variant>
@@ -94,9 +95,14 @@ void TextPrinter::PrintStart(const Trace& trace) {
 void TextPrinter::PrintPacket(const Step& step, const Trace& trace) {
   if (options_.detail == Detail::kFailures) return;
   PrintRow();
-  if (options_.detail == Detail::kCalls) out_ << '\n';
-  out_ << Paint(kBold, step.Text()) << '\n';
-  PrintLines(trace);
+  if (options_.detail == Detail::kCalls) {
+    out_ << '\n' << Paint(kBold, step.Text()) << '\n';
+    PrintLines(trace);
+    return;
+  }
+  const auto last = std::find_if(trace.lines.rbegin(), trace.lines.rend(),
+                                 [](const TraceLine& line) { return line.kind() == TraceLine::Kind::kPacket; });
+  out_ << Printable(step.Text()) << ' ' << Paint(ColourOf(*last), "=> " + last->Text()) << '\n';
 }
 
 void TextPrinter::PrintRequest(const Step& step, const Trace& trace) {
