@@ -2,6 +2,7 @@
 
 #include "diagnosis/Audit.h"
 #include "diagnosis/State.h"
+#include "diagnosis/Users.h"
 #include "diagnosis/WholeFile.h"
 #include "scenario/Failure.h"
 #include "scenario/Run.h"
@@ -57,6 +58,18 @@ void AddDifferences(scenario::Language& language, Mark& mark) {
                    WriteWhole(file, StateJson(run.card));
                    return scenario::Shown{};
                  };
+               });
+}
+
+void AddUsers(scenario::Language& language) {
+  language.Add("show usage", "", "Shows how many rows of each table are in use, and how many there can be",
+               scenario::Kind::kShow, [](const Fields&, const Surroundings&) {
+                 return [](const Run& run) { return scenario::Shown{{{"usage", Usage(run.card)}}}; };
+               });
+  language.Add("who", "[port=PORT] [intf=INTF] [label=LABEL] [mac=MAC] [vlan=VLAN] [vrf=VRF]",
+               "Shows everything that uses one of these, and the destinations that hold it", scenario::Kind::kShow,
+               [](const Fields& fields, const Surroundings&) {
+                 return [users = Users(fields)](const Run& run) { return users.On(run.card); };
                });
 }
 

@@ -15,6 +15,9 @@ void AddAudit(scenario::Language& language, Ledger& ledger);
 /// show changes, mark, save. The mark lives as long as the language.
 void AddDifferences(scenario::Language& language, Mark& mark);
 
+/// show usage, who.
+void AddUsers(scenario::Language& language);
+
 }  // namespace diagnosis
 
 #endif

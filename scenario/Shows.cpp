@@ -1,30 +1,78 @@
+#include <algorithm>
+
 #include "scenario/Chain.h"
+#include "scenario/RowFilter.h"
 #include "scenario/Run.h"
 #include "scenario/Statements.h"
+#include "scenario/Suggestion.h"
+#include "scenario/SyntaxError.h"
 #include "scenario/Values.h"
 
 namespace scenario {
 namespace {
 
+bool IsFilter(const Token& word) { return word.text.find('=') != std::string_view::npos; }
+
+const softcard::TableDescription& DescriptionOf(const std::string& name) {
+  const auto tables = softcard::Card::TableDescriptions();
+  return **std::find_if(tables.begin(), tables.end(), [&name](const auto* table) { return table->name == name; });
+}
+
 std::vector<std::string> ReadTables(const Fields& fields) {
   std::vector<std::string> tables;
   for (const Token& word : fields.words()) {
+    if (IsFilter(word)) continue;
     for (std::string& table : ToTables(word)) tables.push_back(std::move(table));
   }
+  if (tables.empty()) throw SyntaxError{fields.name().offset, "\"show\" needs TABLE...", fields.form().usage()};
   return tables;
+}
+
+/// "egresses port=eth5 drop=true": a row fits when it has all of these values.
+std::vector<RowFilter> ReadFilters(const Fields& fields, const std::vector<std::string>& tables) {
+  std::vector<RowFilter> filters;
+  for (const Token& word : fields.words()) {
+    if (!IsFilter(word)) continue;
+    if (tables.size() != 1) throw SyntaxError{word.offset, "values are asked of one table", fields.form().usage()};
+    const std::size_t equals = word.text.find('=');
+    const std::string_view column = word.text.substr(0, equals);
+    const softcard::TableDescription& table = DescriptionOf(tables[0]);
+    const auto filter = RowFilter::Make(table, column, Behind(word, equals + 1));
+    if (!filter) {
+      std::vector<std::string> names = {table.key.name};
+      for (int i = 0; i < table.column_count(); ++i) names.emplace_back(table.columns[i].name);
+      throw SyntaxError{word.offset, tables[0] + " has no column " + Quoted(column) + Suggest(column, names)};
+    }
+    filters.push_back(*filter);
+  }
+  return filters;
+}
+
+std::vector<softcard::Row> Filtered(std::vector<softcard::Row> rows, const std::vector<RowFilter>& filters) {
+  const auto fits = [&filters](const softcard::Row& row) {
+    return std::all_of(filters.begin(), filters.end(), [&row](const RowFilter& filter) { return filter.Fits(row); });
+  };
+  rows.erase(std::stable_partition(rows.begin(), rows.end(), fits), rows.end());
+  return rows;
 }
 
 }  // namespace
 
 void AddShows(Language& language) {
-  language.Add("show", "TABLE...", "Shows tables of the card; all is all but ports and lags", Kind::kShow,
-               [](const Fields& fields, const Surroundings&) {
-                 return [tables = ReadTables(fields)](const Run& run) {
-                   Shown shown;
-                   for (const std::string& table : tables) shown.tables.push_back({table, run.card.Rows(table)});
-                   return shown;
-                 };
-               });
+  language.Add(
+      "show", "TABLE... | TABLE COLUMN=VALUE...",
+      "Shows tables of the card, all is all but ports and lags; or those rows of a table that have these values",
+      Kind::kShow, [](const Fields& fields, const Surroundings&) {
+        auto tables = ReadTables(fields);
+        auto filters = ReadFilters(fields, tables);
+        return [tables = std::move(tables), filters = std::move(filters)](const Run& run) {
+          Shown shown;
+          for (const std::string& table : tables) {
+            shown.tables.push_back({table, Filtered(run.card.Rows(table), filters)});
+          }
+          return shown;
+        };
+      });
   language.Add("show destination", "ID", "Shows what every packet to a destination goes through", Kind::kShow,
                [](const Fields& fields, const Surroundings&) {
                  return

@@ -9,6 +9,7 @@ Console::Console(softcard::Card& software_card) : card(software_card) {
   scenario::AddStandard(language);
   diagnosis::AddAudit(language, ledger);
   diagnosis::AddDifferences(language, mark);
+  diagnosis::AddUsers(language);
 }
 
 std::unique_ptr<CLI::App> MakeApp(Console& console) {
@@ -21,6 +22,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddCheck(*app, console);
   AddAudit(*app, console);
   AddDiff(*app, console);
+  AddGraph(*app, console);
   return app;
 }
 

@@ -60,7 +60,8 @@ void Take(const scenario::RequestArguments& arguments, const scenario::Fields& f
 Request Read(const std::vector<scenario::Token>& words) {
   const softcard::CardDescription card;
   std::set<std::string> clients;
-  TheLanguage().Read(words, {card, {}, clients});
+  std::set<scenario::Observer*> watchers;
+  TheLanguage().Read(words, {card, {}, clients, watchers});
   Request request{};
   request.operation = ToOperation(std::string(words[0].text));
   if (request.operation == Operation::kRegister) {

@@ -1,0 +1,86 @@
+#include "diagnosis/Users.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "scenario/SyntaxError.h"
+#include "softcard/tables/Destinations.h"
+
+namespace diagnosis {
+namespace {
+
+using softcard::TableDescription;
+
+const TableDescription kUsage = {"usage",
+                                 "table",
+                                 softcard::Origin::kGiven,
+                                 {"table", calls::Kind::kText},
+                                 {{"used", calls::Kind::kNumber}, {"size", calls::Kind::kNumber}}};
+
+}  // namespace
+
+Users::Users(const scenario::Fields& fields) {
+  const scenario::Token* value = nullptr;
+  std::string column;
+  for (const scenario::Form::Part& part : fields.form().parts()) {
+    const scenario::Token* const given = fields.Find(part.key);
+    if (given == nullptr) continue;
+    if (value != nullptr)
+      throw scenario::SyntaxError{given->offset, "one field is asked for at a time", fields.form().usage()};
+    value = given;
+    column = part.key;
+  }
+  if (value == nullptr)
+    throw scenario::SyntaxError{fields.name().offset, "what is to be looked for is missing", fields.form().usage()};
+  for (const TableDescription* table : softcard::Card::TableDescriptions()) {
+    if (table->origin == softcard::Origin::kGiven) continue;
+    if (auto filter = scenario::RowFilter::Make(*table, column, *value))
+      filters_.push_back({table, *std::move(filter)});
+  }
+}
+
+scenario::Shown Users::On(const softcard::Card& card) const {
+  scenario::Shown shown;
+  std::map<std::string_view, std::set<std::int64_t>> keys;  // of the rows that fit, by table
+  for (const auto& [table, filter] : filters_) {
+    std::vector<softcard::Row> rows = card.Rows(table->name);
+    rows.erase(std::remove_if(rows.begin(), rows.end(), [&](const softcard::Row& row) { return !filter.Fits(row); }),
+               rows.end());
+    for (const softcard::Row& row : rows) {
+      if (const auto* key = std::get_if<std::int64_t>(&row.key)) keys[table->name].insert(*key);
+    }
+    const bool records = table == &softcard::kDestinationDescription;
+    if (!rows.empty() && !records) shown.tables.push_back({table->name, std::move(rows)});
+  }
+  // An initiator goes by its interface.
+  keys["intfs"].insert(keys["initiators"].begin(), keys["initiators"].end());
+  std::vector<softcard::Row> holders;
+  for (const auto& [id, record] : card.common().destination_id_correlators) {
+    const bool holds = keys["intfs"].count(record.intf_id) + keys["egresses"].count(record.egress_id) > 0;
+    if (holds) holders.push_back(softcard::MakeRow(id, record));
+  }
+  shown.tables.push_back({softcard::kDestinationDescription.name, std::move(holders)});
+  return shown;
+}
+
+std::vector<softcard::Row> Usage(const softcard::Card& card) {
+  const softcard::Tables& tables = card.tables();
+  const std::pair<const char*, unsigned> sizes[] = {{"intfs", tables.intfs.size()},
+                                                    {"egresses", tables.egresses.size()},
+                                                    {"initiators", tables.initiators.size()},
+                                                    {"stations", tables.stations.size()},
+                                                    {"associations", tables.associations.size()},
+                                                    {"vrfs", tables.vrfs.size()},
+                                                    {"protocol", tables.protocol.size()},
+                                                    {"switch", tables.switch_controls.size()}};
+  std::vector<softcard::Row> rows;
+  for (const auto& [name, size] : sizes) {
+    rows.push_back({&kUsage, calls::ToValue(name), {calls::ToValue(card.RowCount(name)), calls::ToValue(size)}});
+  }
+  return rows;
+}
+
+}  // namespace diagnosis

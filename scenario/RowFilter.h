@@ -1,0 +1,33 @@
+#ifndef SCENARIO_ROW_FILTER_H
+#define SCENARIO_ROW_FILTER_H
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "scenario/Tokens.h"
+#include "softcard/tables/Row.h"
+
+namespace scenario {
+
+/// Which rows of a table have a value in a column, or as their key: "port=eth5". Of a stack of labels one has to be it.
+class RowFilter {
+ public:
+  /// Nothing when the table has no such column; "label" is a stack of labels, too. Throws SyntaxError for a value that
+  /// the column cannot have.
+  static std::optional<RowFilter> Make(const softcard::TableDescription& table, std::string_view column,
+                                       const Token& value);
+
+  bool Fits(const softcard::Row& row) const;
+
+ private:
+  RowFilter(int column, calls::Kind kind, std::string text) : column_(column), kind_(kind), text_(std::move(text)) {}
+
+  int column_;  ///< -1: the key
+  calls::Kind kind_;
+  std::string text_;  ///< as the value reads
+};
+
+}  // namespace scenario
+
+#endif
