@@ -21,6 +21,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddCheck(*app, console);
   AddAudit(*app, console);
   AddDiff(*app, console);
+  AddSweep(*app, console);
   return app;
 }
 

@@ -36,6 +36,7 @@ void AddRun(CLI::App& app, Console& console);
 void AddCheck(CLI::App& app, Console& console);
 void AddAudit(CLI::App& app, Console& console);
 void AddDiff(CLI::App& app, Console& console);
+void AddSweep(CLI::App& app, Console& console);
 
 }  // namespace console
 
