@@ -78,7 +78,7 @@ class Sweeper : public scenario::Observer {
   void AddPlans(const Plan& plan, const std::vector<RefusedCall>& calls, std::deque<Plan>& waiting) const {
     for (const RefusedCall& call : calls) {
       if (!plan.empty() && call.number <= plan.back().number) continue;
-      for (const int result : Refusals(*call.function, options_.all_codes)) {
+      for (const int result : ResultsOfRefusal(*call.function, options_.all_codes)) {
         if (result == call.result) continue;
         waiting.push_back(plan);
         waiting.back().push_back({call.number, call.function, result});
@@ -190,7 +190,7 @@ bool SweptRequest::IsHarmless(const Outcome& refusal) const {
   return refusal.crash.empty() && refusal.findings.empty() && !FailsAgain(refusal) && !CannotBeDestroyed(refusal);
 }
 
-std::vector<int> Refusals(const calls::Function& function, bool all_codes) {
+std::vector<int> ResultsOfRefusal(const calls::Function& function, bool all_codes) {
   using calls::Result;
   if (!all_codes) return {function.result == Result::kFound ? 0 : static_cast<int>(BCM_E_FAIL)};
   switch (function.result) {

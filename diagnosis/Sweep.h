@@ -54,7 +54,7 @@ struct SweepOptions {
 };
 
 /// What a call of this function may return in place of a success: the plain failure, or one result of each class.
-std::vector<int> Refusals(const calls::Function& function, bool all_codes);
+std::vector<int> ResultsOfRefusal(const calls::Function& function, bool all_codes);
 
 /// Runs the scenario, and each of its requests once more for every platform call that it makes, with that call refused,
 /// in a branch of its own. Tells of each request when all is known about it. `ledger` is a watcher of the

@@ -22,6 +22,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddAudit(*app, console);
   AddDiff(*app, console);
   AddSweep(*app, console);
+  AddDiagnose(*app, console);
   return app;
 }
 

@@ -156,8 +156,8 @@ TEST(ASweep, TriesEveryClassOfResultButTheOneThatTheCallHas) {
 TEST(ASweep, KnowsResultsOfEveryKindOfFunction) {
   for (const calls::Function& function : calls::kFunctions) {
     if (!function.can_be_refused()) continue;
-    EXPECT_EQ(diagnosis::Refusals(function, false).size(), 1U) << function.name;
-    EXPECT_GE(diagnosis::Refusals(function, true).size(), 1U) << function.name;
+    EXPECT_EQ(diagnosis::ResultsOfRefusal(function, false).size(), 1U) << function.name;
+    EXPECT_GE(diagnosis::ResultsOfRefusal(function, true).size(), 1U) << function.name;
   }
 }
 
