@@ -31,7 +31,7 @@ std::string RefusedText(const Outcome& refusal) {
 }
 
 /// The lines that are not logged without the refusal, but for progress.
-std::string LogText(const SweptRequest& request, const Outcome& refusal) {
+std::string UnusualLog(const SweptRequest& request, const Outcome& refusal) {
   std::multiset<std::string> usual;
   for (const calls::LogLine& line : request.unhindered.log) usual.insert(line.text);
   std::string text;
@@ -50,7 +50,7 @@ std::string Matrix(const SweptRequest& request) {
   std::string text;
   for (const Outcome& refusal : request.refusals) {
     text += Column(refusal.crash.empty() ? refusal.result : refusal.crash) + Column(refusal.again) +
-            Column(refusal.destroy) + "  " + RefusedText(refusal) + '\n' + LogText(request, refusal);
+            Column(refusal.destroy) + "  " + RefusedText(refusal) + '\n' + UnusualLog(request, refusal);
     for (const diagnosis::Finding& finding : refusal.findings) {
       text += kIndent + "  left: " + finding.object + ": " + finding.problem + '\n';
     }

@@ -1,7 +1,7 @@
 #include "diagnosis/LogCauses.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <charconv>
 #include <map>
 
 #include "diagnosis/Sweep.h"
@@ -52,7 +52,12 @@ std::string Rename(const std::string& text, const Renamed& renamed) {
 int ShownStatus(const LoggedRun& run, const std::vector<LogValues>& lines, std::size_t from) {
   if (!run.status_place || run.status_place->first < from || run.status_place->first - from >= lines.size()) return 0;
   const LogValues& values = lines[run.status_place->first - from];
-  return run.status_place->second < values.size() ? -std::atoi(values[run.status_place->second].c_str()) : 0;
+  int status = 0;
+  if (run.status_place->second < values.size()) {
+    const std::string& digits = values[run.status_place->second];
+    std::from_chars(digits.data(), digits.data() + digits.size(), status);
+  }
+  return -status;
 }
 
 std::string StatusText(int status) { return calls::Text(calls::Kind::kStatus, calls::Value(std::int64_t{status})); }

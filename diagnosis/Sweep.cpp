@@ -66,8 +66,9 @@ class Sweeper : public scenario::Observer {
         unhindered_ = std::move(report.outcome);
         AddPlans({}, report.calls, waiting);
       } else {
-        if (options_.pairs && report.outcome.refused.size() == 1)
+        if (options_.pairs && report.outcome.refused.size() == 1) {
           AddPlans(report.outcome.refused, report.calls, waiting);
+        }
         request.refusals.push_back(std::move(report.outcome));
       }
     }
