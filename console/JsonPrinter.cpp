@@ -5,6 +5,7 @@
 #include <variant>
 
 #include "calls/Json.h"
+#include "console/Json.h"
 #include "softcard/LimId.h"
 
 namespace console {
@@ -15,26 +16,14 @@ using scenario::Step;
 using scenario::Trace;
 using scenario::TraceLine;
 
-/// "[", what `write` makes of each element, "]".
-template <typename Elements, typename Write>
-std::string List(const Elements& elements, Write write) {
-  std::string list = "[";
-  for (const auto& element : elements) list += (list.size() > 1 ? ", " : "") + write(element);
-  return list + ']';
-}
-
 /// Each object begins so.
 std::string Begin(const std::string& what, const std::string& file) {
   return "{\"version\": 1, \"step\": " + JsonString(what) + ", \"file\": " + JsonString(file);
 }
 
 std::string Begin(const std::string& what, const Step& step) {
-  std::string rounds;
-  for (const auto& [name, value] : step.rounds) {
-    rounds += (rounds.empty() ? "" : ", ") + JsonString(name) + ": " + std::to_string(value);
-  }
-  return Begin(what, step.file) + ", \"line\": " + std::to_string(step.line) + ", \"rounds\": {" + rounds +
-         "}, \"text\": " + JsonString(step.Text());
+  return Begin(what, step.file) + ", \"line\": " + std::to_string(step.line) + ", \"rounds\": " + JsonOf(step.rounds) +
+         ", \"text\": " + JsonString(step.Text());
 }
 
 std::string LineJson(const TraceLine& line) {
@@ -72,21 +61,22 @@ std::string PacketJson(const scenario::Forwarded& packet) {
 std::string Json(const Step& step, const Trace& trace) {
   using Result = scenario::RequestResult::Kind;
   if (trace.packet) {
-    return Begin("packet", step) + ", \"way\": " + List(trace.lines, LineJson) + PacketJson(*trace.packet);
+    return Begin("packet", step) + ", \"way\": " + JsonList(trace.lines, LineJson) + PacketJson(*trace.packet);
   }
   const std::string result = trace.result.kind == Result::kNumber
                                  ? ", \"result\": " + std::to_string(trace.result.number)
                              : trace.result.kind == Result::kThrew ? ", \"threw\": " + JsonString(trace.result.thrown)
                                                                    : "";
-  return Begin(step.line == 0 ? "start" : "request", step) + ", \"trace\": " + List(trace.lines, LineJson) +
-         ", \"notifications\": " + List(trace.notifications, NotificationJson) + result;
+  return Begin(step.line == 0 ? "start" : "request", step) + ", \"trace\": " + JsonList(trace.lines, LineJson) +
+         ", \"notifications\": " + JsonList(trace.notifications, NotificationJson) + result;
 }
 
 std::string Json(const Step& step, const scenario::Shown& shown) {
   if (shown.tables.empty()) return "";
-  return Begin("tables", step) + ", \"tables\": " + List(shown.tables, [](const scenario::ShownTable& table) {
+  return Begin("tables", step) + ", \"tables\": " + JsonList(shown.tables, [](const scenario::ShownTable& table) {
            return "{\"name\": " + JsonString(table.name) +
-                  ", \"rows\": " + List(table.rows, [](const softcard::Row& row) { return softcard::Json(row); }) + '}';
+                  ", \"rows\": " + JsonList(table.rows, [](const softcard::Row& row) { return softcard::Json(row); }) +
+                  '}';
          });
 }
 
@@ -96,7 +86,7 @@ std::string Json(const Step& step, const scenario::ShownChain& chain) {
 
 std::string Json(const Step& step, const scenario::Checked& checked) {
   if (!checked.failure) return "";
-  std::string json = Begin("failure", step) + ", \"why\": " + List(*checked.failure, JsonString);
+  std::string json = Begin("failure", step) + ", \"why\": " + JsonList(*checked.failure, JsonString);
   if (checked.request_line > 0) {
     json += ", \"request\": {\"line\": " + std::to_string(checked.request_line) +
             ", \"text\": " + JsonString(checked.request) + '}';

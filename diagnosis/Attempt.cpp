@@ -3,8 +3,6 @@
 #include <set>
 #include <stdexcept>
 
-#include "scenario/Run.h"
-
 namespace diagnosis {
 namespace {
 
@@ -44,7 +42,7 @@ Rows AllRows(const softcard::Card& card) {
 }
 
 Attempt Try(const scenario::Language& language, softcard::Card& card, const Situation& situation,
-            scenario::Observer* watcher) {
+            scenario::Observer* watcher, const scenario::Options& options) {
   std::string text;
   for (const std::string& line : situation.before) text += line + '\n';
   auto parsed = scenario::ParseScenario(language, "situation", text + situation.request + '\n');
@@ -53,7 +51,7 @@ Attempt Try(const scenario::Language& language, softcard::Card& card, const Situ
   // Otherwise the first attempt of a process would begin with more on the card than the others.
   scenario::Performer(card).Start();
   LastLine last(card, situation.before.size() + 1);
-  scenario::RunScenario(parsed.scenario, card, {}, last);
+  scenario::RunScenario(parsed.scenario, card, options, last);
   return last.attempt;
 }
 

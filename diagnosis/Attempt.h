@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "scenario/Language.h"
+#include "scenario/Run.h"
 #include "scenario/Trace.h"
 #include "softcard/Card.h"
 
@@ -31,7 +32,7 @@ Rows AllRows(const softcard::Card& card);
 /// Empties the card, does what comes before and makes the request. The module has started already. The watcher, if
 /// there is one, is told each step. Throws std::invalid_argument when the lines are no scenario.
 Attempt Try(const scenario::Language& language, softcard::Card& card, const Situation& situation,
-            scenario::Observer* watcher = nullptr);
+            scenario::Observer* watcher = nullptr, const scenario::Options& options = {});
 
 /// The rows of `rows` that are not in `others`, in their order.
 Rows Without(const Rows& rows, const Rows& others);

@@ -23,6 +23,8 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddAudit(*app, console);
   AddDiff(*app, console);
   AddGraph(*app, console);
+  AddSweep(*app, console);
+  AddDiagnose(*app, console);
   return app;
 }
 

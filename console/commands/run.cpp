@@ -19,7 +19,7 @@
 #include "console/Input.h"
 #include "console/JUnitReport.h"
 #include "console/JsonPrinter.h"
-#include "console/Process.h"
+#include "console/Processes.h"
 #include "console/TextPrinter.h"
 #include "console/commands/Commands.h"
 
