@@ -97,7 +97,7 @@ case $case in
     done
     [ "$(ls "$work" | grep -c '^card.rec')" = 2 ] || fail "there are more files" ;;
   full)  # a file that cannot grow any more: the process goes on, the last line counts what is missing
-    (ulimit -f 64; record -- "$caller" count 2000 2>"$work/errors.txt") || fail "the process did not go on"
+    record -- "$caller" full 2000 2>"$work/errors.txt" || fail "the process did not go on"
     holds "$work/errors.txt" "card.rec: File too large; the recording stops"
     missing=$(tail -1 "$recording" | sed -n 's/.*! the recording stopped, File too large: *\([0-9]*\) lines are missing$/\1/p')
     HAL_CARD_RECORDING=$work/whole.rec
