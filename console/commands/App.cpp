@@ -19,6 +19,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddRun(*app, console);
   AddCheck(*app, console);
   AddAudit(*app, console);
+  AddReplay(*app, console);
   return app;
 }
 

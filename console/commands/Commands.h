@@ -33,6 +33,7 @@ ExitStatus Flushed(ExitStatus status);
 void AddRun(CLI::App& app, Console& console);
 void AddCheck(CLI::App& app, Console& console);
 void AddAudit(CLI::App& app, Console& console);
+void AddReplay(CLI::App& app, Console& console);
 
 }  // namespace console
 
