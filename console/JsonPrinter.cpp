@@ -81,7 +81,7 @@ std::string Json(const Step& step, const scenario::Shown& shown) {
 }
 
 std::string Json(const Step& step, const scenario::ShownChain& chain) {
-  return Begin("chain", step) + ", \"chain\": " + List(chain.lines, JsonString);
+  return Begin("chain", step) + ", \"chain\": " + JsonList(chain.lines, JsonString);
 }
 
 std::string Json(const Step& step, const scenario::Checked& checked) {

@@ -54,11 +54,12 @@ Tally ReplayAll(recorder::Reader* reader) {
 }  // namespace
 
 int main(int argc, char** argv) try {
-  if (argc != 2) {
+  const bool has_dashes = argc == 3 && std::strcmp(argv[1], "--") == 0;
+  if (argc != 2 && !has_dashes) {
     std::cerr << "usage: softcard-replay RECORDING\n";
     return kUnusable;
   }
-  const std::string path = argv[1];
+  const std::string path = argv[argc - 1];
   std::ifstream file(path, std::ios::binary);
   if (!file || file.peek() == std::ifstream::traits_type::eof()) {
     const bool is_empty = file.is_open() && !file.bad() && errno != EISDIR;

@@ -25,6 +25,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddGraph(*app, console);
   AddSweep(*app, console);
   AddDiagnose(*app, console);
+  AddReplay(*app, console);
   return app;
 }
 

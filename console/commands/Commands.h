@@ -39,6 +39,7 @@ void AddDiff(CLI::App& app, Console& console);
 void AddGraph(CLI::App& app, Console& console);
 void AddSweep(CLI::App& app, Console& console);
 void AddDiagnose(CLI::App& app, Console& console);
+void AddReplay(CLI::App& app, Console& console);
 
 }  // namespace console
 

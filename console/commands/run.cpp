@@ -3,7 +3,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -39,6 +42,7 @@ struct RunOptions {
   unsigned long max_failures = 20;
   std::string junit;
   std::string pcap;
+  std::string recording;
   std::string colour = "auto";
 };
 
@@ -141,6 +145,21 @@ Outcome RunFiles(const std::vector<std::string>& paths, const scenario::Counters
   return total;
 }
 
+/// Tells the recorder, which looks when the module is first asked for.
+bool Records(const std::string& path, std::size_t scenarios) {
+  if (scenarios != 1) {
+    std::cerr << "softcard: --record takes one scenario, and these are " << scenarios
+              << "; record each into a file of its own\n";
+    return false;
+  }
+  const auto folder = std::filesystem::absolute(path).parent_path();
+  if (access(path.c_str(), W_OK) != 0 && (errno != ENOENT || access(folder.c_str(), W_OK) != 0)) {
+    std::cerr << "softcard: cannot write " << path << ": " << std::strerror(errno) << "; name another file\n";
+    return false;
+  }
+  return setenv("HAL_CARD_RECORDING", path.c_str(), 1) == 0;
+}
+
 ExitStatus Run(const RunOptions& options, Console& console) {
   const auto definitions = ReadDefinitions(options.definitions);
   const auto paths = Scenarios(options.paths);
@@ -150,6 +169,7 @@ ExitStatus Run(const RunOptions& options, Console& console) {
               << paths->size() << '\n';
     return kUnusable;
   }
+  if (!options.recording.empty() && !Records(options.recording, paths->size())) return kUnusable;
   const Outcome outcome = RunFiles(*paths, *definitions, options, console);
   if (!options.junit.empty()) {
     std::ofstream file(options.junit);
@@ -188,6 +208,8 @@ void AddRun(CLI::App& app, Console& console) {
       ->excludes(json);
   run->add_option("--junit", options->junit, "Write a JUnit report as well")->type_name("FILE");
   run->add_option("--pcap", options->pcap, "Write what each port sees into DIR/PORT.pcap")->type_name("DIR");
+  run->add_option("--record", options->recording, "Record the module's calls as well; softcard replay reads it")
+      ->type_name("FILE");
   run->add_flag("--strict", options->strict, "A request fails that does not return 0, unless its result is expected");
   run->add_option("--max-failures", options->max_failures, "Tell of more failures only how many there are; 0: tell all")
       ->type_name("N")

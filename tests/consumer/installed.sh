@@ -45,6 +45,8 @@ consumers_of() {
 
   same "the command's version" "$("$1/bin/softcard" --version)" "softcard $version"
   must "$1/bin/softcard" run --quiet "$1/share/softcard/scenarios/typical-request.scn"
+  must "$1/bin/softcard" run --quiet --record "$work/card.rec" "$1/share/softcard/scenarios/typical-request.scn"
+  same "the replay" "$("$1/bin/softcard" replay "$work/card.rec")" "10 requests replayed, no differences"
   must test -s "$1/share/man/man1/softcard.1"
   must bash -n "$1/share/bash-completion/completions/softcard"
 }

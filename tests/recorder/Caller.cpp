@@ -1,5 +1,7 @@
 // A process on a card, for the tests of what stands in front of its platform. Prints what the card saw.
 
+#include <sys/resource.h>
+
 #include <csignal>
 #include <future>
 #include <iostream>
@@ -78,6 +80,16 @@ void Count(int requests) {
   }
 }
 
+/// As Count, with files that may hold 64 KiB only.
+void CountOnAFullDisk(int requests) {
+  rlimit limit{};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const rlimit small{64 << 10, limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  Count(requests);
+  setrlimit(RLIMIT_FSIZE, &limit);
+}
+
 void DieInACallback() {
   InstallBase();
   InstallTunnel(20);
@@ -111,10 +123,12 @@ int main(int argc, char** argv) {
       {"all", All}, {"die", DieInACallback}, {"threads", TwoThreads}, {"pause", Pause}};
   if (what == "count" && argc > 2) {
     Count(std::stoi(argv[2]));
+  } else if (what == "full" && argc > 2) {
+    CountOnAFullDisk(std::stoi(argv[2]));
   } else if (const auto way = ways.find(what); way != ways.end()) {
     way->second();
   } else {
-    std::cerr << "usage: card_caller all|die|threads|pause|count NUMBER\n";
+    std::cerr << "usage: card_caller all|die|threads|pause|count NUMBER|full NUMBER\n";
     return 2;
   }
   for (const std::string& line : softcard::Card::Get().log().Lines()) std::cout << line << '\n';

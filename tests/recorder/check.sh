@@ -97,7 +97,7 @@ case $case in
     done
     [ "$(ls "$work" | grep -c '^card.rec')" = 2 ] || fail "there are more files" ;;
   full)  # a file that cannot grow any more: the process goes on, the last line counts what is missing
-    (ulimit -f 64; record -- "$caller" count 2000 2>"$work/errors.txt") || fail "the process did not go on"
+    record -- "$caller" full 2000 2>"$work/errors.txt" || fail "the process did not go on"
     holds "$work/errors.txt" "card.rec: File too large; the recording stops"
     missing=$(tail -1 "$recording" | sed -n 's/.*! the recording stopped, File too large: *\([0-9]*\) lines are missing$/\1/p')
     HAL_CARD_RECORDING=$work/whole.rec
@@ -125,6 +125,29 @@ case $case in
     holds "$work/errors.txt" "  EgressManager::UpdateEgress"
     lacks "$work/errors.txt" "  fm_init"
     [ ! -e "$recording" ] || fail "there is a recording" ;;
+  console)  # the command records a scenario, and replays it
+    (cd "$work" && "$caller" run --quiet --record card.rec "${arguments[0]}/provider-edge.scn") >"$work/out.txt" 2>&1 ||
+      { fail "the scenario fails"; cat "$work/out.txt"; }
+    "$caller" replay "$recording" >"$work/replay.txt" 2>&1 || fail "the replay fails"
+    holds "$work/replay.txt" "843 requests replayed, no differences"
+    sed -i '0,/CreateIngress(unit=0, vrf=1,/s//CreateIngress(unit=0, vrf=7,/' "$recording"
+    "$caller" replay "$recording" >"$work/replay.txt" 2>&1
+    [ $? = 1 ] || fail "exit status of a replay that differs is not 1"
+    holds "$work/replay.txt" "-     IngressManager::CreateIngress(unit=0, vrf=7, flags=0x0) = 0"
+    "$caller" run --record "$work/card.rec/none" "${arguments[0]}/packets.scn" >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status of a file that cannot be written is not 2"
+    holds "$work/out.txt" "softcard: cannot write $work/card.rec/none: Not a directory; name another file"
+    "$caller" run --record "$recording" "${arguments[0]}" >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status of a recording of several scenarios is not 2"
+    holds "$work/out.txt" "softcard: --record takes one scenario, and these are"
+    "$caller" replay "$work/nowhere.rec" >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status of a missing recording is not 2"
+    holds "$work/out.txt" "cannot read $work/nowhere.rec: No such file or directory"
+    cp "$caller" "$work/softcard"
+    LD_LIBRARY_PATH=$(dirname "$recorder"):$(dirname "$caller")/../src:$(dirname "$caller")/../softcard \
+      "$work/softcard" replay "$recording" >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status without the replay's program is not 2"
+    holds "$work/out.txt" "softcard-replay: No such file or directory; it has to lie beside this program" ;;
   anywhere)  # a process without module and platform does not notice it; one whose platform lacks functions is told
     record -- "$caller" 2>"$work/errors.txt"
     [ $? = 2 ] || fail "exit status is not the caller's own"
