@@ -102,6 +102,7 @@ void AddPorts(Language& language) {
                  return Writes([lag = ToLimId(words[0], around.card), ports = ReadPorts(words[1], around.card)](
                                    const softcard::Card& card, Tables& tables) {
                    std::vector<int> members;
+                   members.reserve(ports.size());
                    for (const limid_t port : ports) members.push_back(ToPort(port, card));
                    return tables.lags.Set(ToPort(lag, card), members, tables.ports);
                  });

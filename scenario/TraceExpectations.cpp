@@ -111,6 +111,7 @@ void CheckDrop(const Token& way) {
       way.text.substr(kDropped.size(), way.text.find_first_of(":*", kDropped.size()) - kDropped.size());
   const bool whole = kDropped.size() + name.size() == way.text.size() || way.text[kDropped.size() + name.size()] == ':';
   std::vector<std::string> names;
+  names.reserve(softcard::kDrops);
   for (int drop = 0; drop < softcard::kDrops; ++drop) names.emplace_back(softcard::DropName(softcard::Drop{drop}));
   const auto fits = [&](const std::string& known) {
     return whole ? known == name : known.compare(0, name.size(), name) == 0;

@@ -15,11 +15,13 @@ class ASavedState : public testing::Test {
  protected:
   /// Of a card with a row in every table.
   ASavedState() : path_(testing::TempDir() + "state-" + std::to_string(getpid()) + ".json") {
-    diagnosis::Try(TheLanguage(), softcard::Card::Get(),
-                   {{"install-vrf 1", "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01",
-                     "install-host 20 vlan=10 lim=cpu mac=02:00:00:00:00:09",
-                     "install-mpls 4000000000 vlan=10 lim=lag1 mac=02:00:00:00:00:09 labels=16 caps=swap", "init"},
-                    "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=100,200 caps=push action=drop"});
+    diagnosis::Try(
+        TheLanguage(), softcard::Card::Get(),
+        {{"install-vrf 1", "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01",
+          "install-host 20 vlan=10 lim=cpu mac=02:00:00:00:00:09",
+          "install-mpls 4000000000 vlan=10 lim=lag1 mac=02:00:00:00:00:09 labels=16 caps=swap", "init",
+          "route 1 2001:db8::/32 20", "label 16 port eth3", "attach eth4 30", "lag lag1 eth5,eth6", "send 20"},
+         "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=100,200 caps=push action=drop"});
     text_ = diagnosis::StateJson(softcard::Card::Get());
   }
   ~ASavedState() override { std::remove(path_.c_str()); }
