@@ -5,8 +5,9 @@
 namespace scenario {
 
 const ReadStatement& LineReader::Read(const SourceLine& line, const Counters& rounds) {
-  if (line.counts)
+  if (line.counts) {
     return last_ = language_.Read(Words(line, rounds), {card_, Block(line, rounds), clients_, watchers_});
+  }
   auto kept = kept_.find(&line);
   if (kept == kept_.end()) {
     kept = kept_.emplace(&line, language_.Read(line.words, {card_, Block(line, rounds), clients_, watchers_})).first;

@@ -15,6 +15,7 @@ int main(int argc, char** argv) try {
   unsigned int inputs = 0;
   for (int i = 1; i < argc; ++i) {
     for (const auto& entry : std::filesystem::directory_iterator(argv[i])) {
+      if (!entry.is_regular_file()) continue;
       std::ifstream file(entry.path(), std::ios::binary);
       const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
       LLVMFuzzerTestOneInput(reinterpret_cast<const uint8_t*>(bytes.data()), bytes.size());
