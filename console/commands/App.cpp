@@ -26,6 +26,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddSweep(*app, console);
   AddDiagnose(*app, console);
   AddReplay(*app, console);
+  AddScenario(*app, console);
   return app;
 }
 

@@ -40,6 +40,7 @@ void AddGraph(CLI::App& app, Console& console);
 void AddSweep(CLI::App& app, Console& console);
 void AddDiagnose(CLI::App& app, Console& console);
 void AddReplay(CLI::App& app, Console& console);
+void AddScenario(CLI::App& app, Console& console);
 
 }  // namespace console
 

@@ -143,6 +143,22 @@ case $case in
     "$caller" replay "$work/nowhere.rec" >"$work/out.txt" 2>&1
     [ $? = 2 ] || fail "exit status of a missing recording is not 2"
     holds "$work/out.txt" "cannot read $work/nowhere.rec: No such file or directory"
+    # A recording made a scenario finds what was recorded, and a fault for what was refused.
+    for scenario in provider-edge vlan/install-association-positive vlan/install-station-refused update-clients; do
+      (cd "$work" && "$caller" run --quiet --record scenario.rec "${arguments[0]}/$scenario.scn") >/dev/null
+      "$caller" scenario "$work/scenario.rec" -o "$work/made.scn" || fail "no scenario of $scenario"
+      "$caller" run --quiet "$work/made.scn" >"$work/out.txt" 2>&1 || { fail "$scenario differs"; tail "$work/out.txt"; }
+    done
+    (cd "$work" && "$caller" run --quiet --record scenario.rec "${arguments[0]}/vlan/install-station-refused.scn") >/dev/null
+    "$caller" scenario "$work/scenario.rec" >"$work/made.scn"
+    holds "$work/made.scn" "fail MyStationManager::InsertMyStationVlanEntry result=-6"
+    "$caller" scenario "$work/nowhere.rec" >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status of a missing recording is not 2"
+    "$caller" scenario "${arguments[0]}/packets.scn" >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status of what is no recording is not 2"
+    holds "$work/out.txt" "line 1: this is no recording"
+    "$caller" scenario "$work/scenario.rec" -o "$work/scenario.rec/none" >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status of a scenario that cannot be written is not 2"
     cp "$caller" "$work/softcard"
     LD_LIBRARY_PATH=$(dirname "$recorder"):$(dirname "$caller")/../src:$(dirname "$caller")/../softcard \
       "$work/softcard" replay "$recording" >"$work/out.txt" 2>&1
