@@ -7,7 +7,7 @@
 namespace console {
 namespace {
 
-void Print(std::ostream& out, const char* mark, const char* colour, const diagnosis::Rows& rows) {
+void PrintRows(std::ostream& out, const char* mark, const char* colour, const diagnosis::Rows& rows) {
   for (const softcard::Row& row : rows) {
     out << "  " << colour << mark << scenario::Printable(softcard::Text(row)) << (*colour == '\0' ? "" : "\033[0m")
         << '\n';
@@ -18,8 +18,8 @@ void Print(std::ostream& out, const char* mark, const char* colour, const diagno
 
 diagnosis::RequestChanges ChangesPrinter(const softcard::Card& card, std::ostream& out, bool colour) {
   return {card, [&out, colour](const scenario::Step&, const diagnosis::Changes& changes) {
-            Print(out, "- ", colour ? "\033[31m" : "", changes.took);
-            Print(out, "+ ", colour ? "\033[32m" : "", changes.put);
+            PrintRows(out, "- ", colour ? "\033[31m" : "", changes.took);
+            PrintRows(out, "+ ", colour ? "\033[32m" : "", changes.put);
           }};
 }
 

@@ -44,7 +44,7 @@ std::string VlanNode(unsigned vlan_id) { return Quoted("vlan " + std::to_string(
 
 /// "1 ... 9 (5)", "7".
 std::string Range(const std::vector<const Leaf*>& leaves) {
-  const std::string first = std::to_string(leaves.front()->id);
+  std::string first = std::to_string(leaves.front()->id);
   if (leaves.size() == 1) return first;
   return first + " ... " + std::to_string(leaves.back()->id) + " (" + std::to_string(leaves.size()) + ")";
 }

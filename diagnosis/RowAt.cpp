@@ -24,9 +24,9 @@ std::optional<softcard::Row> RowAt(const softcard::Card& card, const Place& plac
     const auto record = records.find(key);
     return record == records.end() ? std::nullopt : std::optional(softcard::MakeRow(key, record->second));
   }
-  for (softcard::Row& row : card.Rows(place.table)) {
+  for (const softcard::Row& row : card.Rows(place.table)) {
     const auto* const number = std::get_if<std::int64_t>(&row.key);
-    if (number != nullptr && *number == place.key) return std::move(row);
+    if (number != nullptr && *number == place.key) return row;
   }
   return std::nullopt;
 }

@@ -85,6 +85,7 @@ std::vector<DestinationChanges> ByDestination(const Rows& before, const Rows& af
   for (const softcard::Row& row : changes.took) add(row);
   for (const softcard::Row& row : changes.put) add(row);
   std::vector<DestinationChanges> result;
+  result.reserve(grouped.size());
   for (auto& [destination, group] : grouped) result.push_back(std::move(group));
   return result;
 }

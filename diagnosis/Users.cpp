@@ -1,10 +1,10 @@
 #include "diagnosis/Users.h"
 
-#include <algorithm>
 #include <map>
 #include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "scenario/SyntaxError.h"
 #include "softcard/tables/Destinations.h"
@@ -12,6 +12,7 @@
 namespace diagnosis {
 namespace {
 
+using scenario::SyntaxError;
 using softcard::TableDescription;
 
 const TableDescription kUsage = {"usage",
@@ -23,22 +24,21 @@ const TableDescription kUsage = {"usage",
 }  // namespace
 
 Users::Users(const scenario::Fields& fields) {
+  const std::string& usage = fields.form().usage();
   const scenario::Token* value = nullptr;
   std::string column;
   for (const scenario::Form::Part& part : fields.form().parts()) {
     const scenario::Token* const given = fields.Find(part.key);
     if (given == nullptr) continue;
-    if (value != nullptr)
-      throw scenario::SyntaxError{given->offset, "one field is asked for at a time", fields.form().usage()};
+    if (value != nullptr) throw SyntaxError{given->offset, "one field is asked for at a time", usage};
     value = given;
     column = part.key;
   }
-  if (value == nullptr)
-    throw scenario::SyntaxError{fields.name().offset, "what is to be looked for is missing", fields.form().usage()};
+  if (value == nullptr) throw SyntaxError{fields.name().offset, "what is to be looked for is missing", usage};
   for (const TableDescription* table : softcard::Card::TableDescriptions()) {
     if (table->origin == softcard::Origin::kGiven) continue;
-    if (auto filter = scenario::RowFilter::Make(*table, column, *value))
-      filters_.push_back({table, *std::move(filter)});
+    const auto filter = scenario::RowFilter::Make(*table, column, *value);
+    if (filter) filters_.push_back({table, *filter});
   }
 }
 
@@ -46,9 +46,10 @@ scenario::Shown Users::On(const softcard::Card& card) const {
   scenario::Shown shown;
   std::map<std::string_view, std::set<std::int64_t>> keys;  // of the rows that fit, by table
   for (const auto& [table, filter] : filters_) {
-    std::vector<softcard::Row> rows = card.Rows(table->name);
-    rows.erase(std::remove_if(rows.begin(), rows.end(), [&](const softcard::Row& row) { return !filter.Fits(row); }),
-               rows.end());
+    std::vector<softcard::Row> rows;
+    for (softcard::Row& row : card.Rows(table->name)) {
+      if (filter.Fits(row)) rows.push_back(std::move(row));
+    }
     for (const softcard::Row& row : rows) {
       if (const auto* key = std::get_if<std::int64_t>(&row.key)) keys[table->name].insert(*key);
     }

@@ -8,13 +8,11 @@
 
 namespace scenario {
 
-using calls::Kind;
-
 std::optional<RowFilter> RowFilter::Make(const softcard::TableDescription& table, std::string_view column,
                                          const Token& value) {
   int place = column == table.key.name ? -1 : table.column_count();
   const auto is_it = [column](const softcard::Column& one) {
-    return column == one.name || (column == "label" && one.kind == Kind::kLabels);
+    return column == one.name || (column == "label" && one.kind == calls::Kind::kLabels);
   };
   if (place >= 0) {
     const auto* const end = table.columns + table.column_count();
@@ -22,8 +20,8 @@ std::optional<RowFilter> RowFilter::Make(const softcard::TableDescription& table
     if (found == end) return std::nullopt;
     place = static_cast<int>(found - table.columns);
   }
-  Kind kind = place < 0 ? table.key.kind : table.columns[place].kind;
-  if (kind == Kind::kLabels) kind = Kind::kLabel;
+  calls::Kind kind = place < 0 ? table.key.kind : table.columns[place].kind;
+  if (kind == calls::Kind::kLabels) kind = calls::Kind::kLabel;
   std::string_view rest = value.text;
   const auto read = calls::Read(kind, &rest, softcard::kLimIdNames);
   if (!read || !rest.empty() || value.text.empty()) {

@@ -13,9 +13,12 @@ namespace {
 
 bool IsFilter(const Token& word) { return word.text.find('=') != std::string_view::npos; }
 
-const softcard::TableDescription& DescriptionOf(const std::string& name) {
-  const auto tables = softcard::Card::TableDescriptions();
-  return **std::find_if(tables.begin(), tables.end(), [&name](const auto* table) { return table->name == name; });
+/// Never null for a name that ToTables() has read.
+const softcard::TableDescription* DescriptionOf(const std::string& name) {
+  for (const softcard::TableDescription* table : softcard::Card::TableDescriptions()) {
+    if (table->name == name) return table;
+  }
+  return nullptr;
 }
 
 std::vector<std::string> ReadTables(const Fields& fields) {
@@ -36,7 +39,7 @@ std::vector<RowFilter> ReadFilters(const Fields& fields, const std::vector<std::
     if (tables.size() != 1) throw SyntaxError{word.offset, "values are asked of one table", fields.form().usage()};
     const std::size_t equals = word.text.find('=');
     const std::string_view column = word.text.substr(0, equals);
-    const softcard::TableDescription& table = DescriptionOf(tables[0]);
+    const softcard::TableDescription& table = *DescriptionOf(tables[0]);
     const auto filter = RowFilter::Make(table, column, Behind(word, equals + 1));
     if (!filter) {
       std::vector<std::string> names = {table.key.name};

@@ -11,7 +11,7 @@
 namespace console {
 namespace {
 
-void Print(char mark, const std::optional<softcard::Row>& row) {
+void PrintRow(char mark, const std::optional<softcard::Row>& row) {
   if (row) std::cout << "  " << mark << ' ' << scenario::Printable(softcard::Text(*row)) << '\n';
 }
 
@@ -24,8 +24,8 @@ ExitStatus Diff(const std::string& before, const std::string& after) {
               << ":\n";
     for (const auto& [took, put] : group.rows) {
       ++(took && put ? changed : took ? removed : added);
-      Print('-', took);
-      Print('+', put);
+      PrintRow('-', took);
+      PrintRow('+', put);
     }
   }
   if (groups.empty()) {
