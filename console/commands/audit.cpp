@@ -29,7 +29,7 @@ void PrintFinding(const diagnosis::Finding& finding) {
 
 using Findings = std::vector<diagnosis::Finding>;
 
-void Print(const std::string& file, const Findings& findings) {
+void PrintText(const std::string& file, const Findings& findings) {
   std::cout << scenario::Printable(file) << ": "
             << (findings.empty() ? "clean" : std::to_string(findings.size()) + " finding")
             << (findings.size() > 1 ? "s\n" : "\n");
@@ -59,7 +59,7 @@ ExitStatus Audit(const std::vector<std::string>& paths, bool json, Console& cons
     Silent silent;
     scenario::RunScenario(scenario, console.card, {}, silent);
     const auto findings = diagnosis::Audit(console.card, console.ledger);
-    (json ? PrintJson : Print)(scenario.file, findings);
+    (json ? PrintJson : PrintText)(scenario.file, findings);
     if (!findings.empty()) status = kSomeFailed;
   }
   return Flushed(status);
