@@ -8,7 +8,7 @@ namespace console {
 namespace {
 
 using calls::JsonString;
-using diagnosis::Outcome;
+using diagnosis::SweepOutcome;
 
 std::string CallJson(const diagnosis::RefusedCall& call) {
   const calls::Kind kind = call.function->result_kind();
@@ -28,7 +28,7 @@ std::string ResultJson(const char* name, const std::string& result) {
   return std::string(", \"") + name + "\": " + (number ? result : JsonString(result));
 }
 
-std::string OutcomeJson(const Outcome& outcome) {
+std::string OutcomeJson(const SweepOutcome& outcome) {
   return "{\"refused\": " + JsonList(outcome.refused, CallJson) + ResultJson("result", outcome.result) +
          ResultJson("again", outcome.again) + ResultJson("destroy", outcome.destroy) +
          ResultJson("crash", outcome.crash) + ", \"log\": " +

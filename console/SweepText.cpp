@@ -10,11 +10,11 @@
 namespace console {
 namespace {
 
-using diagnosis::Outcome;
+using diagnosis::SweepOutcome;
 using diagnosis::SweptRequest;
 using scenario::Printable;
 
-constexpr int kProgress = 7;
+constexpr int kProgressLevel = 7;
 constexpr std::size_t kColumn = 9;
 const std::string kIndent(3 * kColumn + 2, ' ');
 
@@ -24,14 +24,14 @@ std::string Column(const std::string& text) {
   return word.size() < kColumn ? std::string(kColumn - word.size(), ' ') + word : word;
 }
 
-std::string RefusedText(const Outcome& refusal) {
+std::string RefusedText(const SweepOutcome& refusal) {
   std::string text;
   for (const auto& call : refusal.refused) text += (text.empty() ? "" : ", ") + call.Text();
   return text;
 }
 
 /// The lines that are not logged without the refusal, but for progress.
-std::string UnusualLog(const SweptRequest& request, const Outcome& refusal) {
+std::string UnusualLog(const SweptRequest& request, const SweepOutcome& refusal) {
   std::multiset<std::string> usual;
   for (const calls::LogLine& line : request.unhindered.log) usual.insert(line.text);
   std::string text;
@@ -39,7 +39,7 @@ std::string UnusualLog(const SweptRequest& request, const Outcome& refusal) {
     const auto known = usual.find(line.text);
     if (known != usual.end()) {
       usual.erase(known);
-    } else if (line.level < kProgress) {
+    } else if (line.level < kProgressLevel) {
       text += kIndent + "  log " + std::to_string(line.level) + ": " + Printable(line.text) + '\n';
     }
   }
@@ -48,7 +48,7 @@ std::string UnusualLog(const SweptRequest& request, const Outcome& refusal) {
 
 std::string Matrix(const SweptRequest& request) {
   std::string text;
-  for (const Outcome& refusal : request.refusals) {
+  for (const SweepOutcome& refusal : request.refusals) {
     text += Column(refusal.crash.empty() ? refusal.result : refusal.crash) + Column(refusal.again) +
             Column(refusal.destroy) + "  " + RefusedText(refusal) + '\n' + UnusualLog(request, refusal);
     for (const diagnosis::Finding& finding : refusal.findings) {
@@ -68,7 +68,7 @@ std::string WithoutDigits(std::string text) {
 
 void SweepTally::Add(const SweptRequest& request) {
   ++requests;
-  for (const Outcome& refusal : request.refusals) {
+  for (const SweepOutcome& refusal : request.refusals) {
     ++refusals;
     if (!refusal.findings.empty()) ++leave;
     if (request.FailsAgain(refusal)) ++fail_again;

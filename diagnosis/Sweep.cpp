@@ -165,7 +165,7 @@ class Sweeper : public scenario::Observer {
   const SweepOptions options_;
   Branches& branches_;
   const std::function<void(const SweptRequest&)>& tell_;
-  Outcome unhindered_;  ///< of the request that comes next
+  SweepOutcome unhindered_;  ///< of the request that comes next
   bool in_branch_ = false;
   bool refuses_ = false;
   unsigned long calls_ = 0;
@@ -178,16 +178,16 @@ std::string RefusedCall::Text() const {
          calls::Text(function->result_kind(), calls::Value(std::int64_t{result}));
 }
 
-bool SweptRequest::FailsAgain(const Outcome& refusal) const {
+bool SweptRequest::FailsAgain(const SweepOutcome& refusal) const {
   return !refusal.again.empty() && refusal.again != unhindered.result;
 }
 
-bool SweptRequest::CannotBeDestroyed(const Outcome& refusal) const {
+bool SweptRequest::CannotBeDestroyed(const SweepOutcome& refusal) const {
   const auto fails = [](const std::string& result) { return !result.empty() && result != "0"; };
   return fails(refusal.destroy) && !fails(unhindered.destroy);
 }
 
-bool SweptRequest::IsHarmless(const Outcome& refusal) const {
+bool SweptRequest::IsHarmless(const SweepOutcome& refusal) const {
   return refusal.crash.empty() && refusal.findings.empty() && !FailsAgain(refusal) && !CannotBeDestroyed(refusal);
 }
 

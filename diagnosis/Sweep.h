@@ -22,7 +22,7 @@ struct RefusedCall {
 };
 
 /// What became of a request.
-struct Outcome {
+struct SweepOutcome {
   std::vector<RefusedCall> refused;  ///< empty: as it is when nothing is refused
   std::string result;                ///< "0", "threw std::out_of_range: HAL ID not found"; empty when it crashed
   std::vector<calls::LogLine> log;
@@ -38,14 +38,14 @@ struct SweptRequest {
   unsigned line = 0;
   scenario::Counters rounds;
   std::string text;
-  Outcome unhindered;
-  std::vector<Outcome> refusals;
+  SweepOutcome unhindered;
+  std::vector<SweepOutcome> refusals;
 
   // Of one of its refusals.
-  bool FailsAgain(const Outcome& refusal) const;
-  bool CannotBeDestroyed(const Outcome& refusal) const;
+  bool FailsAgain(const SweepOutcome& refusal) const;
+  bool CannotBeDestroyed(const SweepOutcome& refusal) const;
   /// Whether it leaves nothing that anybody had to clean up.
-  bool IsHarmless(const Outcome& refusal) const;
+  bool IsHarmless(const SweepOutcome& refusal) const;
 };
 
 struct SweepOptions {

@@ -14,7 +14,7 @@ struct BranchReport {
   std::string file;
   unsigned line = 0;
   scenario::Counters rounds;
-  Outcome outcome;                 ///< without what was refused, which is known already
+  SweepOutcome outcome;            ///< without what was refused, which is known already
   std::vector<RefusedCall> calls;  ///< that could be refused, with what they returned
 };
 

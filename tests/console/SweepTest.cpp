@@ -16,8 +16,8 @@
 
 using console::Processes;
 using diagnosis::Ending;
-using diagnosis::Outcome;
 using diagnosis::SweepOptions;
+using diagnosis::SweepOutcome;
 using diagnosis::SweptRequest;
 
 namespace {
@@ -41,7 +41,7 @@ std::vector<SweptRequest> Swept(const std::string& text, const SweepOptions& opt
   return requests;
 }
 
-std::string Calls(const Outcome& outcome) {
+std::string Calls(const SweepOutcome& outcome) {
   std::string text;
   for (const auto& call : outcome.refused) text += (text.empty() ? "" : ", ") + call.Text();
   return text;
@@ -90,7 +90,7 @@ TEST(ASweep, RefusesEachCallOfEachRequestAndLeavesTheRunAsItIs) {
   EXPECT_EQ(requests[1].text, "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:01");
   EXPECT_EQ(requests[1].unhindered.result, "0");
   ASSERT_EQ(requests[1].refusals.size(), 7U);
-  const Outcome& last = requests[1].refusals.back();
+  const SweepOutcome& last = requests[1].refusals.back();
   EXPECT_EQ(Calls(last), "7. EgressManager::CreateEgress = -11 (Operation failed)");
   EXPECT_EQ(last.result, "-1");
   EXPECT_EQ(last.log.back().text, "Couldn't install outgoing encapsulation for host destination id(20)");
@@ -103,7 +103,7 @@ TEST(ASweep, TellsWhatARefusalLeavesAndThatTheRequestFailsAgain) {
   const auto requests = Swept(VLAN
                               "install-mpls 20 vlan=10 lim=eth1 mac=02:00:00:00:00:01 labels=100 caps=push\n"
                               "replace-mpls 20 vlan=10 lim=eth1 mac=02:00:00:00:00:01 labels=200 caps=push\n");
-  for (const Outcome& refusal : requests.at(2).refusals) {
+  for (const SweepOutcome& refusal : requests.at(2).refusals) {
     if (refusal.refused[0].function->name != std::string("IntfManager::UpdateIntf")) continue;
     ASSERT_EQ(refusal.findings.size(), 1U);
     EXPECT_EQ(refusal.findings[0].problem, "its interface 2 has no tunnel initiator");
@@ -129,14 +129,14 @@ TEST(ASweep, TellsThatADestinationCanNoLongerBeDestroyed) {
 TEST(ASweep, RefusesAfterAFirstCallThoseThatFollowIt) {
   const auto requests = Swept(VLAN, {true, false});
   unsigned pairs = 0;
-  for (const Outcome& refusal : requests.at(0).refusals) {
+  for (const SweepOutcome& refusal : requests.at(0).refusals) {
     if (refusal.refused.size() != 2) continue;
     ++pairs;
     EXPECT_LT(refusal.refused[0].number, refusal.refused[1].number);
   }
   EXPECT_GT(pairs, 10U);
   // What is undone after a refusal can be refused, too.
-  const auto undo = [](const Outcome& refusal) {
+  const auto undo = [](const SweepOutcome& refusal) {
     return Calls(refusal) ==
            "7. IntfManager::CreateIntf = -11 (Operation failed), "
            "8. MyStationManager::RemoveMyStationVlanEntry = -11 (Operation failed)";
@@ -147,7 +147,7 @@ TEST(ASweep, RefusesAfterAFirstCallThoseThatFollowIt) {
 TEST(ASweep, TriesEveryClassOfResultButTheOneThatTheCallHas) {
   const auto requests = Swept("install-vrf 1\n", {false, true});
   std::vector<std::string> calls;
-  for (const Outcome& refusal : requests.at(0).refusals) calls.push_back(Calls(refusal));
+  for (const SweepOutcome& refusal : requests.at(0).refusals) calls.push_back(Calls(refusal));
   EXPECT_EQ(calls, (std::vector<std::string>{"1. IngressManager::CreateIngress = -11 (Operation failed)",
                                              "1. IngressManager::CreateIngress = -16 (Unavailable)",
                                              "1. IngressManager::CreateIngress = 1"}));
