@@ -23,11 +23,6 @@ constexpr int kMostBytes = 262144;  // of a frame, as capture files have it
                            "; name a directory that can be written and has room");
 }
 
-struct Close {
-  void operator()(pcap_t* capture) const { pcap_close(capture); }
-  void operator()(pcap_dumper_t* file) const { pcap_dump_close(file); }
-};
-
 }  // namespace
 
 class Captures::Files {
@@ -66,6 +61,11 @@ class Captures::Files {
   }
 
  private:
+  struct Close {
+    void operator()(pcap_t* capture) const { pcap_close(capture); }
+    void operator()(pcap_dumper_t* file) const { pcap_dump_close(file); }
+  };
+
   const std::string directory_;
   const std::unique_ptr<pcap_t, Close> capture_;
   std::map<std::string, std::unique_ptr<pcap_dumper_t, Close>> files_;  ///< by port

@@ -18,7 +18,7 @@ constexpr std::size_t kMostLoose = 20;
 constexpr char kRed[] = "color=\"#b00020\" fontcolor=\"#b00020\" penwidth=2";
 
 /// How alike destinations are that share a box.
-enum class Folding { kNone, kKindVlanAndPort, kKindAndVlan, kKind };
+enum class Folding { kNothing, kKindVlanAndPort, kKindAndVlan, kKind };
 
 /// A destination that leaves through a port.
 struct Leaf {
@@ -160,7 +160,7 @@ class Drawing {
   }
 
   static Folding FoldingFor(const std::vector<Leaf>& leaves) {
-    for (const Folding folding : {Folding::kNone, Folding::kKindVlanAndPort, Folding::kKindAndVlan}) {
+    for (const Folding folding : {Folding::kNothing, Folding::kKindVlanAndPort, Folding::kKindAndVlan}) {
       if (CountOf(leaves, folding) <= kMostBoxes) return folding;
     }
     return Folding::kKind;
@@ -168,7 +168,8 @@ class Drawing {
 
   static Boxed::key_type KeyOf(const Leaf& leaf, Folding folding) {
     return {leaf.kind, folding <= Folding::kKindAndVlan ? leaf.vlan_id : 0,
-            folding <= Folding::kKindVlanAndPort ? leaf.port : "", leaf.red, folding == Folding::kNone ? leaf.id : 0};
+            folding <= Folding::kKindVlanAndPort ? leaf.port : "", leaf.red,
+            folding == Folding::kNothing ? leaf.id : 0};
   }
   static std::size_t CountOf(const std::vector<Leaf>& leaves, Folding folding) {
     std::set<Boxed::key_type> keys;

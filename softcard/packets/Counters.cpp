@@ -71,7 +71,7 @@ std::size_t Counters::row_count() const {
   const auto not_zero = [](const Count& count) { return count.packets > 0 ? std::size_t{1} : 0; };
   std::size_t count = destinations_.size();
   for (const PortCount& port : ports_) count += not_zero(port.in) + not_zero(port.out);
-  for (const Count& drop : drops_) count += not_zero(drop);
+  for (const Count& dropped : drops_) count += not_zero(dropped);
   return count;
 }
 
