@@ -43,8 +43,9 @@ class Folder {
  public:
   Folder() {
     std::string name = (std::filesystem::temp_directory_path() / "softcard-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
+    if (mkdtemp(name.data()) == nullptr) {
       throw std::runtime_error("cannot make a folder in TMPDIR; set it to one that may be written");
+    }
     path_ = name;
   }
   ~Folder() {

@@ -238,8 +238,9 @@ class Auditor {
         check("initiator ", {"initiators", intf}, "packets leave with the new labels, by the old egress object");
       }
     }
-    for (const std::int64_t egress : egresses_.all())
+    for (const std::int64_t egress : egresses_.all()) {
       check("egress ", {"egresses", egress}, "packets leave by the new values");
+    }
     for (const std::int64_t vlan_id : vlans_.all()) {
       if (tables_.stations.Find(static_cast<unsigned>(vlan_id)) != nullptr) {
         check("station ", {"stations", vlan_id}, "packets to the router's MAC are routed by the new values");

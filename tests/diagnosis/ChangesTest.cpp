@@ -87,10 +87,10 @@ TEST_F(ARun, KnowsTheRowsThatEachRequestTookAndPut) {
 }
 
 TEST_F(ARun, TellsOfEveryRowThatTheWholeCardsComparisonTells) {
-  diagnosis::Rows rows;
+  diagnosis::Rows followed;
   diagnosis::RequestChanges changes(softcard::Card::Get(), [&](const scenario::Step&, const diagnosis::Changes& told) {
-    rows = diagnosis::Without(rows, told.took);
-    rows.insert(rows.end(), told.put.begin(), told.put.end());
+    followed = diagnosis::Without(followed, told.took);
+    followed.insert(followed.end(), told.put.begin(), told.put.end());
   });
   Run(VLAN PUSH
       "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09\nfail IntfManager::UpdateIntf result=BCM_E_FAIL\n"
@@ -98,8 +98,8 @@ TEST_F(ARun, TellsOfEveryRowThatTheWholeCardsComparisonTells) {
       "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=16 caps=swap\n",
       changes);
   const auto all = diagnosis::AllRows(softcard::Card::Get());
-  EXPECT_TRUE(diagnosis::Without(all, rows).empty());
-  EXPECT_TRUE(diagnosis::Without(rows, all).empty());
+  EXPECT_TRUE(diagnosis::Without(all, followed).empty());
+  EXPECT_TRUE(diagnosis::Without(followed, all).empty());
 }
 
 TEST_F(ARun, IsComparedWithAnotherDestinationByDestination) {

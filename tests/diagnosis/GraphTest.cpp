@@ -84,10 +84,16 @@ TEST_F(APicture, FoldsDestinationsThatAreAlike) {
   Lines lines = hosts(400, "eth");
   for (unsigned vlan = 2; vlan < 11; ++vlan) {
     const std::string text = std::to_string(vlan);
-    lines.push_back("install-vlan " + text + " lim=vlan" + text + " vrf=1 mtu=1500 mac=00:00:5e:00:01:01");
+    lines.push_back(std::string("install-vlan ")
+                        .append(text)
+                        .append(" lim=vlan")
+                        .append(text)
+                        .append(" vrf=1 mtu=1500 mac=00:00:5e:00:01:01"));
     for (unsigned port = 1; port < 9; ++port) {
-      lines.push_back("install-host " + text + '0' + std::to_string(port) + " vlan=" + text + " lim=eth" +
-                      std::to_string(port) + " mac=02:00:00:00:00:09");
+      const std::string digit = std::to_string(port);
+      std::string line = "install-host ";
+      line.append(text).append("0").append(digit).append(" vlan=").append(text).append(" lim=eth").append(digit);
+      lines.push_back(line.append(" mac=02:00:00:00:00:09"));
     }
   }
   lines.erase(std::remove_if(lines.begin(), lines.end(),

@@ -145,8 +145,9 @@ TEST_F(DropTest, AHeaderThatLiesIsMalformed) {
       "45a00018 12340000 40117bcc",  // a wrong checksum
   };
   for (const char* const lie : lies) {
-    const std::string packet = lie + tail;
-    EXPECT_EQ(card_.Injected(kToRouter + "0800" + packet), "malformed") << lie;
+    std::string frame = kToRouter;
+    frame.append("0800").append(lie).append(tail);
+    EXPECT_EQ(card_.Injected(frame), "malformed") << lie;
   }
   const std::string addresses = "20010db8000000000000000000000001 20010db8000000000000000000000002";
   EXPECT_EQ(card_.Injected(kToRouter + "86dd 60000000 0004 1140" + addresses + "deadbe"), "malformed");
