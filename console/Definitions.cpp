@@ -1,5 +1,6 @@
 #include "console/Definitions.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -18,6 +19,13 @@ bool IsName(const std::string& text) {
 }
 
 }  // namespace
+
+void AddDefinitions(CLI::App& subcommand, std::vector<std::string>& definitions) {
+  subcommand.add_option("-D,--define", definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
+      ->type_name("DEFINITION")
+      ->expected(1)
+      ->take_all();
+}
 
 std::optional<scenario::Counters> ReadDefinitions(const std::vector<std::string>& texts) {
   scenario::Counters definitions;

@@ -35,6 +35,12 @@ std::optional<scenario::Scenario> Load(const scenario::Language& language, const
   return std::nullopt;
 }
 
+void CutAfter(unsigned line, scenario::Scenario& scenario) {
+  if (line == 0) return;
+  const auto later = [&](const scenario::SourceLine& one) { return one.number > line && *one.file == scenario.file; };
+  scenario.lines.erase(std::remove_if(scenario.lines.begin(), scenario.lines.end(), later), scenario.lines.end());
+}
+
 std::optional<std::vector<std::string>> Scenarios(const std::vector<std::string>& paths) {
   namespace fs = std::filesystem;
   std::vector<std::string> scenarios;

@@ -28,6 +28,20 @@ class SweepPrinter {
   virtual void Ended(const std::string& file, const SweepTally& tally) = 0;
 };
 
+/// Sweeps, with a line of progress where standard error is a terminal.
+SweepTally SweepWithProgress(const scenario::Scenario& scenario, softcard::Card& card, const diagnosis::Ledger& ledger,
+                             const diagnosis::SweepOptions& options, SweepPrinter& printer);
+
+/// Tells which rounds of a loop have the same outcome but for their numbers.
+class Alike {
+ public:
+  /// Whether the request is one more round of those before.
+  bool Repeats(const diagnosis::SweptRequest& request);
+
+ private:
+  std::string shape_;  ///< of the last matrix, without its numbers
+};
+
 /// For people: a matrix for each request, but one for the rounds of a loop that are alike.
 class SweepText : public SweepPrinter {
  public:
@@ -40,9 +54,9 @@ class SweepText : public SweepPrinter {
   void EndAlike();
 
   std::ostream& out_;
-  std::string shape_;        ///< the last matrix without its numbers
-  unsigned long alike_ = 0;  ///< requests of the same shape that followed it
-  std::string last_;         ///< of these
+  Alike alike_;
+  unsigned long rounds_alike_ = 0;  ///< requests that followed the last matrix
+  std::string last_;                ///< of these
 };
 
 /// For programs: a JSON object a line, as docs/sweep-1.schema.json describes them.
@@ -55,6 +69,25 @@ class SweepJson : public SweepPrinter {
 
  private:
   std::ostream& out_;
+};
+
+/// For a report: the JSON form's requests, once for rounds that are alike.
+class SweepReport : public SweepPrinter {
+ public:
+  void Swept(const diagnosis::SweptRequest& request) override;
+  void Ended(const std::string& file, const SweepTally& tally) override;
+
+  /// {"requests": [{"swept": ..., "alike": 7, "last": "..."}], "tally": ...}, when the sweep has ended.
+  std::string Json() const;
+
+ private:
+  void EndAlike();
+
+  Alike alike_;
+  unsigned long rounds_alike_ = 0;  ///< requests that followed the last one in requests_
+  std::string last_;                ///< of these
+  std::string requests_;
+  std::string tally_;
 };
 
 }  // namespace console

@@ -2,6 +2,7 @@
 #include <cctype>
 #include <ostream>
 #include <set>
+#include <utility>
 
 #include "console/SweepPrinters.h"
 #include "console/TextPrinter.h"
@@ -77,17 +78,22 @@ void SweepTally::Add(const SweptRequest& request) {
   }
 }
 
+bool Alike::Repeats(const SweptRequest& request) {
+  std::string shape = request.file + ':' + std::to_string(request.line) + ' ' + request.unhindered.result +
+                      WithoutDigits(Matrix(request));
+  if (!request.rounds.empty() && shape == shape_) return true;
+  shape_ = std::move(shape);
+  return false;
+}
+
 void SweepText::Swept(const SweptRequest& request) {
-  const std::string matrix = Matrix(request);
-  const std::string shape =
-      request.file + ':' + std::to_string(request.line) + ' ' + request.unhindered.result + WithoutDigits(matrix);
-  if (!request.rounds.empty() && shape == shape_) {
-    ++alike_;
+  if (alike_.Repeats(request)) {
+    ++rounds_alike_;
     last_ = request.text;
     return;
   }
   EndAlike();
-  shape_ = shape;
+  const std::string matrix = Matrix(request);
   out_ << Printable(request.file) << ':' << request.line << ": " << Printable(request.text) << " => "
        << (request.unhindered.crash.empty() ? request.unhindered.result : request.unhindered.crash) << '\n';
   if (matrix.empty()) return;
@@ -95,8 +101,9 @@ void SweepText::Swept(const SweptRequest& request) {
 }
 
 void SweepText::EndAlike() {
-  if (alike_ > 0) out_ << "  and " << Counted(alike_, "request") << " alike, up to " << Printable(last_) << '\n';
-  alike_ = 0;
+  if (rounds_alike_ > 0)
+    out_ << "  and " << Counted(rounds_alike_, "request") << " alike, up to " << Printable(last_) << '\n';
+  rounds_alike_ = 0;
 }
 
 void SweepText::Ended(const std::string& file, const SweepTally& tally) {

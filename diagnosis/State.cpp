@@ -24,22 +24,6 @@ std::string Checksum(std::string_view text) {
   return digits;
 }
 
-std::string DescriptionJson(const softcard::CardDescription& card) {
-  return Json{{"ports", card.front_ports},
-              {"lags", card.lags},
-              {"vrfs", card.vrfs},
-              {"vlans", card.vlans},
-              {"intfs", card.intfs},
-              {"egresses", card.egresses},
-              {"initiators", card.initiators},
-              {"routes", card.routes},
-              {"labels", card.labels},
-              {"unit", card.unit},
-              {"slot", card.slot},
-              {"exp-map", card.exp_map_id}}
-      .dump();
-}
-
 calls::Labels ToLabels(const Json& json) {
   calls::Labels labels;
   for (const Json& label : json) {
@@ -96,6 +80,22 @@ Rows ReadRows(const std::string& text) {
 }
 
 }  // namespace
+
+std::string DescriptionJson(const softcard::CardDescription& card) {
+  return Json{{"ports", card.front_ports},
+              {"lags", card.lags},
+              {"vrfs", card.vrfs},
+              {"vlans", card.vlans},
+              {"intfs", card.intfs},
+              {"egresses", card.egresses},
+              {"initiators", card.initiators},
+              {"routes", card.routes},
+              {"labels", card.labels},
+              {"unit", card.unit},
+              {"slot", card.slot},
+              {"exp-map", card.exp_map_id}}
+      .dump();
+}
 
 std::string StateJson(const softcard::Card& card) {
   std::string json = "{\"format\": \"softcard state\", \"version\": " + std::to_string(kVersion) +

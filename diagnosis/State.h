@@ -11,6 +11,9 @@ namespace diagnosis {
 /// The card's description and the rows of all its tables.
 std::string StateJson(const softcard::Card& card);
 
+/// What the card has: ports, sizes of tables, ids.
+std::string DescriptionJson(const softcard::CardDescription& description);
+
 /// The rows of a saved state, table by table. Throws std::runtime_error with the reason and the remedy for a file that
 /// cannot be read, is no state, is one of another version, or is not as it was written.
 Rows ReadState(const std::string& path);

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "diagnosis/SweptText.h"
-#include "scenario/Run.h"
 #include "scenario/Values.h"
 
 namespace diagnosis {
@@ -23,7 +22,8 @@ std::string DestroyOf(const std::string& request) {
   scenario::Texts texts;
   const auto words = scenario::Tokenize(request, texts);
   const std::size_t dash = words[0].text.find('-');
-  if (dash == std::string_view::npos || words.size() < 2 || words[0].text.substr(0, dash) == "destroy") return "";
+  const std::string_view verb = words[0].text.substr(0, dash);
+  if (words.size() < 2 || (verb != "install" && verb != "replace")) return "";
   return "destroy" + std::string(words[0].text.substr(dash)) + ' ' + std::string(words[1].text);
 }
 
@@ -207,7 +207,7 @@ std::vector<int> ResultsOfRefusal(const calls::Function& function, bool all_code
 void Sweep(const scenario::Scenario& scenario, softcard::Card& card, const Ledger& ledger, const SweepOptions& options,
            Branches& branches, const std::function<void(const SweptRequest&)>& tell) {
   Sweeper sweeper(*scenario.language, card, ledger, options, branches, tell);
-  scenario::RunScenario(scenario, card, {}, sweeper);
+  scenario::RunScenario(scenario, card, {false, false, options.afterwards}, sweeper);
 }
 
 }  // namespace diagnosis

@@ -7,6 +7,7 @@
 
 #include "diagnosis/Audit.h"
 #include "diagnosis/Branches.h"
+#include "scenario/Run.h"
 #include "scenario/Scenario.h"
 
 namespace diagnosis {
@@ -51,6 +52,7 @@ struct SweptRequest {
 struct SweepOptions {
   bool pairs = false;      ///< also two calls of a request, the second one of those that follow the first refusal
   bool all_codes = false;  ///< every class of result that the module may tell apart, not only the plain failure
+  std::function<void(scenario::Run&)> afterwards{};  ///< is given the unhindered run at its end; may be empty
 };
 
 /// What a call of this function may return in place of a success: the plain failure, or one result of each class.

@@ -76,7 +76,11 @@ std::vector<softcard::Row> Usage(const softcard::Card& card) {
                                                     {"associations", tables.associations.size()},
                                                     {"vrfs", tables.vrfs.size()},
                                                     {"protocol", tables.protocol.size()},
-                                                    {"switch", tables.switch_controls.size()}};
+                                                    {"switch", tables.switch_controls.size()},
+                                                    {"routes", tables.routes.size()},
+                                                    {"labels", tables.labels.size()},
+                                                    {"attachments", tables.attachments.size()},
+                                                    {"members", tables.lags.size()}};
   std::vector<softcard::Row> rows;
   for (const auto& [name, size] : sizes) {
     rows.push_back({&kUsage, calls::ToValue(name), {calls::ToValue(card.RowCount(name)), calls::ToValue(size)}});

@@ -22,6 +22,7 @@ class Runner {
   Runner(const Scenario& scenario, softcard::Card& card, const Options& options, Observer& observer)
       : scenario_(scenario),
         strict_(options.strict),
+        afterwards_(options.afterwards),
         observer_(observer),
         recorded_(card.log(), options.accesses ? Recording::kAll : Recording::kCalls),
         performer_(card),
@@ -40,6 +41,7 @@ class Runner {
     }
     for (Observer* watcher : scenario_.watchers) watcher->Ended(scenario_.file, tally_);
     observer_.Ended(scenario_.file, tally_);
+    if (afterwards_) afterwards_(run_);
     return tally_;
   }
 
@@ -125,6 +127,7 @@ class Runner {
 
   const Scenario& scenario_;
   const bool strict_;
+  const std::function<void(Run&)> afterwards_;
   Observer& observer_;
   const softcard::Record recorded_;
   Performer performer_;

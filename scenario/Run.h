@@ -2,6 +2,7 @@
 #define SCENARIO_RUN_H
 
 #include <cstdint>
+#include <functional>
 #include <map>
 
 #include "scenario/Performer.h"
@@ -25,6 +26,7 @@ struct Run {
 struct Options {
   bool accesses = false;  ///< calls are recorded with what the module looks at
   bool strict = false;    ///< a request that does not return 0 fails, unless an expectation asks for its result
+  std::function<void(Run&)> afterwards{};  ///< is given the run when all has been done and told; may be empty
 };
 
 /// Runs a scenario on the card, which is emptied before, and tells the observer each step. What the module keeps for

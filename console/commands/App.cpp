@@ -23,6 +23,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddAudit(*app, console);
   AddDiff(*app, console);
   AddGraph(*app, console);
+  AddReport(*app, console);
   AddSweep(*app, console);
   AddDiagnose(*app, console);
   AddReplay(*app, console);

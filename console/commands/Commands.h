@@ -37,6 +37,7 @@ void AddCheck(CLI::App& app, Console& console);
 void AddAudit(CLI::App& app, Console& console);
 void AddDiff(CLI::App& app, Console& console);
 void AddGraph(CLI::App& app, Console& console);
+void AddReport(CLI::App& app, Console& console);
 void AddSweep(CLI::App& app, Console& console);
 void AddDiagnose(CLI::App& app, Console& console);
 void AddReplay(CLI::App& app, Console& console);

@@ -8,19 +8,13 @@
 
 #include "calls/Json.h"
 #include "console/Input.h"
+#include "console/Nobody.h"
 #include "console/commands/Commands.h"
 #include "scenario/Run.h"
 #include "scenario/Suggestion.h"
 
 namespace console {
 namespace {
-
-/// Is told nothing that it would pass on.
-class Silent : public scenario::Observer {
- public:
-  void Took(const scenario::Step&) override {}
-  void Ended(const std::string&, const scenario::Tally&) override {}
-};
 
 void PrintFinding(const diagnosis::Finding& finding) {
   std::cout << "  " << finding.object << ": " << finding.problem << "\n    left by:   " << finding.cause
@@ -56,8 +50,8 @@ ExitStatus Audit(const std::vector<std::string>& paths, bool json, Console& cons
   }
   ExitStatus status = kAllHold;
   for (const scenario::Scenario& scenario : scenarios) {
-    Silent silent;
-    scenario::RunScenario(scenario, console.card, {}, silent);
+    Nobody nobody;
+    scenario::RunScenario(scenario, console.card, {}, nobody);
     const auto findings = diagnosis::Audit(console.card, console.ledger);
     (json ? PrintJson : PrintText)(scenario.file, findings);
     if (!findings.empty()) status = kSomeFailed;

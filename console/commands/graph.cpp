@@ -1,12 +1,12 @@
 #include "diagnosis/Graph.h"
 
-#include <algorithm>
 #include <iostream>
 #include <memory>
 #include <string>
 
 #include "console/Graphviz.h"
 #include "console/Input.h"
+#include "console/Nobody.h"
 #include "console/commands/Commands.h"
 #include "scenario/Run.h"
 #include "scenario/Suggestion.h"
@@ -22,13 +22,6 @@ struct GraphOptions {
   unsigned until = 0;
 };
 
-/// Is told nothing that it would pass on.
-class Nobody : public scenario::Observer {
- public:
-  void Took(const scenario::Step&) override {}
-  void Ended(const std::string&, const scenario::Tally&) override {}
-};
-
 ExitStatus Graph(const GraphOptions& options, Console& console) {
   if (!IsPicture(options.output)) {
     std::cerr << "softcard: " << scenario::Quoted(options.output) << " is no picture; name a file .svg, .png or .dot\n";
@@ -36,13 +29,7 @@ ExitStatus Graph(const GraphOptions& options, Console& console) {
   }
   auto scenario = Load(console.language, options.path);
   if (!scenario) return kUnusable;
-  if (options.until > 0) {
-    auto& lines = scenario->lines;
-    const auto later = [&](const scenario::SourceLine& line) {
-      return line.number > options.until && *line.file == scenario->file;
-    };
-    lines.erase(std::remove_if(lines.begin(), lines.end(), later), lines.end());
-  }
+  CutAfter(options.until, *scenario);
   scenario->watchers.insert(&console.ledger);
   Nobody nobody;
   scenario::RunScenario(*scenario, console.card, {}, nobody);

@@ -189,10 +189,7 @@ void AddRun(CLI::App& app, Console& console) {
   run->add_option("FILE", options->paths, "A scenario, a directory with *.scn files, or - for standard input")
       ->required()
       ->type_name("");
-  run->add_option("-D,--define", options->definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
-      ->type_name("DEFINITION")
-      ->expected(1)
-      ->take_all();
+  AddDefinitions(*run, options->definitions);
   CLI::Option* const quiet = run->add_flag("-q,--quiet", options->quiet, "Print failures and the last line only");
   CLI::Option* const summary =
       run->add_flag("-s,--summary", options->summary, "Print a line for each request, or for several that are alike")

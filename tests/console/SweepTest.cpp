@@ -189,3 +189,12 @@ TEST(ACrash, StandsInTheMatrixAndInTheSum) {
   EXPECT_EQ(tally.crash, 1U);
   EXPECT_FALSE(request.IsHarmless(request.refusals[0]));
 }
+
+TEST(ASweep, DestroysNothingAfterARequestThatInstallsNothing) {
+  const auto requests = Swept("install-vrf 1\n" VLAN "route 1 198.51.100.0/24 10\nno-route 1 198.51.100.0/24\n");
+  ASSERT_EQ(requests.size(), 4U);
+  for (const SweptRequest& request : {requests[2], requests[3]}) {
+    EXPECT_EQ(request.unhindered.destroy, "") << request.text;
+    EXPECT_EQ(request.unhindered.crash, "") << request.text;
+  }
+}

@@ -71,8 +71,12 @@ TEST_F(AQuestion, IsOneAtATime) {
 
 TEST_F(AQuestion, OfUsageIsAnsweredForEachTableThatCanBeFull) {
   const Names usage = Answer("show usage");
-  ASSERT_EQ(usage.size(), 8U);
+  ASSERT_EQ(usage.size(), 12U);
   EXPECT_EQ(usage[0], "table intfs: used=2 size=16384");
   EXPECT_EQ(usage[1], "table egresses: used=4 size=65536");
   EXPECT_EQ(usage[2], "table initiators: used=1 size=8192");
+  EXPECT_EQ(usage[8], "table routes: used=0 size=1000000");
+  EXPECT_EQ(usage[9], "table labels: used=0 size=1000000");
+  EXPECT_EQ(usage[10], "table attachments: used=0 size=48");
+  EXPECT_EQ(usage[11], "table members: used=0 size=8");
 }
