@@ -3,6 +3,8 @@
 #include <map>
 #include <utility>
 
+#include "recorder/Refusals.h"
+
 namespace recorder {
 namespace {
 
@@ -52,16 +54,6 @@ std::string Pattern(calls::Call call, const calls::LimIdNames& names) {
   return text;
 }
 
-/// The result of a call that did not go well, a status or "false"; empty for one that did.
-std::string Refusal(const calls::Call& call) {
-  const auto* const number = std::get_if<std::int64_t>(&call.result);
-  if (!number) return "";
-  if (call.function->result == calls::Result::kFound) return *number == 0 ? "false" : "";
-  const bool is_status = call.function->result == calls::Result::kStatus;
-  const bool is_id = call.function->result == calls::Result::kId;
-  return (is_status && *number != 0) || (is_id && *number < 0) ? std::to_string(*number) : "";
-}
-
 class Writer {
  public:
   explicit Writer(const calls::LimIdNames& names) : names_(names) {}
@@ -85,7 +77,7 @@ class Writer {
   void LetClientsBehave(const Step& step);
   void LetBehave(const Notification& notification, std::size_t line);
   void Register(const std::string& client, const std::string& behaviour, std::size_t line);
-  void Plan(const Step& step, std::map<const calls::Function*, int>* count);
+  void Plan(const Step& step);
   void Expect(const Step& step);
 
   const calls::LimIdNames& names_;
@@ -106,9 +98,8 @@ void Writer::Write(const Step& step) {
     return Register(registration->client, registration->empty ? "empty" : "notify", step.line);
   }
   LetClientsBehave(step);
-  std::map<const calls::Function*, int> count;
   object_texts_.clear();
-  Plan(step, &count);
+  Plan(step);
   text_ += ActionText(step) + '\n';
   if (!step.complete) {
     text_ += "# The recording ends here.\n";
@@ -171,23 +162,12 @@ void Writer::LetBehave(const Notification& notification, std::size_t line) {
 }
 
 /// A fault for each call that was refused, in a client's callback too.
-void Writer::Plan(const Step& step, std::map<const calls::Function*, int>* count) {
-  for (const Item& item : step.items) {
-    if (const auto* notification = std::get_if<Notification>(&item.what)) {
-      for (const auto& called : notification->steps) {
-        if (const auto* inner = std::get_if<Step>(&called)) Plan(*inner, count);
-      }
-      continue;
-    }
-    const auto* const call = std::get_if<calls::Call>(&std::get<calls::Event>(item.what));
-    if (!call) continue;
-    if (!call->thrown.empty()) Refuse(item.line, "a platform call that threw");
-    const int nth = ++(*count)[call->function];
-    const std::string refusal = Refusal(*call);
-    if (!refusal.empty()) {
-      text_ += std::string("fail ") + call->function->name + (nth > 1 ? " nth=" + std::to_string(nth) : "") +
-               " result=" + refusal + '\n';
-    }
+void Writer::Plan(const Step& step) {
+  for (const Refusal& refusal : Refusals(step)) {
+    const bool is_lookup = refusal.function->result == calls::Result::kFound;
+    text_ += std::string("fail ") + refusal.function->name +
+             (refusal.nth > 1 ? " nth=" + std::to_string(refusal.nth) : "") +
+             " result=" + (is_lookup ? "false" : std::to_string(refusal.result)) + '\n';
   }
 }
 
