@@ -17,7 +17,8 @@ std::optional<int> RefusedResult(const calls::Call& call) {
     case Result::kFound: return number == 0 ? std::optional(number) : std::nullopt;
     case Result::kStatus: return number != 0 ? std::optional(number) : std::nullopt;
     case Result::kId:
-    case Result::kNumber: return number < 0 ? std::optional(number) : std::nullopt;
+    case Result::kNumber:
+    case Result::kPredicate: return number < 0 ? std::optional(number) : std::nullopt;
     default: return std::nullopt;
   }
 }

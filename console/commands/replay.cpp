@@ -3,50 +3,40 @@
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
+#include "console/CardRecording.h"
 #include "console/commands/Commands.h"
 #include "diagnosis/OnCard.h"
 #include "recorder/ReplayReport.h"
-#include "scenario/Suggestion.h"
 
 namespace console {
 namespace {
 
-ExitStatus ReplayOnCard(const std::string& path, softcard::Card& card) {
-  const std::string name = scenario::Printable(path);
-  std::ifstream in(path, std::ios::binary);
-  if (!in) {
-    std::cerr << "softcard: cannot read " << name << ": " << std::strerror(errno) << '\n';
-    return kUnusable;
-  }
-  try {
-    recorder::Reader reader(in);
-    softcard::CardDescription description;
-    description.unit = reader.header().unit;
-    diagnosis::OnCard on_card(card, description);
-    recorder::ReplayReport report(std::cout);
-    while (const auto entry = reader.Next()) {
-      if (const auto* step = std::get_if<recorder::Step>(&*entry)) {
-        diagnosis::OnCard::Made made = on_card.Make(*step);
-        for (const std::string& other : made.other_ids) std::cout << "line " << step->line << ": " << other << '\n';
-        report.Tell(*step, std::move(made.recorded), std::move(made.now));
-      } else if (const auto* standing = std::get_if<recorder::Standing>(&*entry)) {
-        on_card.Apply(*standing);
-      } else {
-        report.Tell(std::get<recorder::Remark>(*entry));
-      }
+ExitStatus ReplayOnCard(const std::string& path, softcard::Card& card) try {
+  CardRecording recording(path);
+  if (const std::string others = recording.terms().Others(); !others.empty()) std::cout << others << '\n';
+  diagnosis::OnCard on_card(card, recording.terms().description());
+  recorder::ReplayReport report(std::cout);
+  while (const auto entry = recording.Next()) {
+    if (const auto* step = std::get_if<recorder::Step>(&*entry)) {
+      diagnosis::OnCard::Made made = on_card.Make(*step);
+      for (const std::string& other : made.other_ids) std::cout << "line " << step->line << ": " << other << '\n';
+      report.Tell(*step, std::move(made.recorded), std::move(made.now));
+    } else if (const auto* standing = std::get_if<recorder::Standing>(&*entry)) {
+      on_card.Apply(*standing);
+    } else {
+      report.Tell(std::get<recorder::Remark>(*entry));
     }
-    return Flushed(report.End() ? kAllHold : kSomeFailed);
-  } catch (const recorder::BadRecording& bad) {
-    std::cout.flush();
-    std::cerr << name << ": " << scenario::Printable(bad.what()) << '\n';
-    return kUnusable;
   }
+  return Flushed(report.End() ? kAllHold : kSomeFailed);
+} catch (const std::runtime_error&) {
+  TellUnusable(path);
+  return kUnusable;
 }
 
 /// A program of its own, since each platform function is defined in it; it lies beside this one.
