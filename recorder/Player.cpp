@@ -2,43 +2,15 @@
 
 #include <algorithm>
 #include <memory>
-#include <new>
-#include <stdexcept>
 #include <utility>
 
 #include "HalL3MplsEncapsulationInterface.h"
 #include "HalL3MplsEncapsulationUpdItf.h"
+#include "recorder/Thrown.h"
 #include "recorder/Words.h"
 
 namespace recorder {
 namespace {
-
-/// An exception of a type that this process does not have.
-class Foreign : public std::exception {
- public:
-  explicit Foreign(std::string text) : text_(std::move(text)) {}
-  const char* what() const noexcept override { return text_.c_str(); }
-
- private:
-  const std::string text_;
-};
-
-template <typename Exception>
-void ThrowIf(const std::string& text, const std::string& name) {
-  const std::string start = name + ": ";
-  if (text.compare(0, start.size(), start) == 0) throw Exception(text.substr(start.size()));
-}
-
-/// Throws what "std::out_of_range: HAL ID not found" tells.
-[[noreturn]] void Throw(const std::string& text) {
-  if (text == "std::bad_alloc: std::bad_alloc") throw std::bad_alloc();
-  ThrowIf<std::out_of_range>(text, "std::out_of_range");
-  ThrowIf<std::length_error>(text, "std::length_error");
-  ThrowIf<std::invalid_argument>(text, "std::invalid_argument");
-  ThrowIf<std::logic_error>(text, "std::logic_error");
-  ThrowIf<std::runtime_error>(text, "std::runtime_error");
-  throw Foreign(text);
-}
 
 bool Same(const calls::Value& left, const calls::Value& right) {
   if (left.index() != right.index()) return false;
@@ -60,16 +32,6 @@ bool IsAround(std::string_view before, std::string_view after, std::string_view 
 
 hal_encap::HalL3MplsEncapsulationUpdItf& Clients() { return *hal_encap::HalL3MplsEncapsulationUpdItf::GetInstance(); }
 
-std::string CallsText(const std::string& client, const Step& step) {
-  return "client " + Word(client) + " calls " + ActionText(step);
-}
-std::string GetsText(const std::string& client, const std::string& result) {
-  return "client " + Word(client) + " gets " + result;
-}
-std::string ThrewText(const std::string& client, const std::string& thrown) {
-  return "client " + Word(client) + " threw " + thrown;
-}
-
 void Append(Lines* lines, unsigned indentation, const std::string& text) {
   AppendEscaped(&lines->emplace_back(indentation, ' '), text);
 }
@@ -89,23 +51,11 @@ void AppendRecorded(Lines* lines, const Step& step, unsigned depth) {
       AppendRecorded(lines, *inner, depth + 1);
       if (!inner->result.empty()) Append(lines, EventIndentation(depth), GetsText(notification->client, inner->result));
     }
-    if (!notification->thrown.empty()) {
-      Append(lines, EventIndentation(depth), ThrewText(notification->client, notification->thrown));
-    }
+    if (!notification->thrown.empty()) Append(lines, EventIndentation(depth), ThrewText(*notification));
   }
 }
 
 }  // namespace
-
-std::string DescribeThrown() {
-  try {
-    throw;
-  } catch (const Foreign& foreign) {
-    return foreign.what();
-  } catch (const std::exception& exception) {
-    return calls::Describe(exception);
-  }
-}
 
 Player& Player::Get() {
   // Never destroyed: the module keeps pointers into it until the process is gone.
@@ -158,7 +108,7 @@ void Player::Perform(const Step& step, unsigned depth, const std::string* client
       end("");
     }
   } catch (const std::exception&) {
-    end("threw " + DescribeThrown());
+    end("threw " + DescribeAgain());
   }
 }
 
@@ -184,8 +134,8 @@ void Player::Notified(const std::string& client, int destination_id, unsigned po
     }
   }
   if (recorded->thrown.empty()) return;
-  Add(EventIndentation(depth), ThrewText(client, recorded->thrown));
-  Throw(recorded->thrown);
+  Add(EventIndentation(depth), ThrewText(*recorded));
+  ThrowAgain(recorded->thrown);
 }
 
 void Player::Apply(const Standing& standing) {
@@ -232,7 +182,7 @@ const calls::Call* Player::Answer(calls::Call call) {
   }
   const std::string thrown = call.thrown;
   Add(EventIndentation(frames_.back().depth), calls::UnmarkedText(std::move(call)));
-  if (!thrown.empty()) Throw(thrown);
+  if (!thrown.empty()) ThrowAgain(thrown);
   return recorded;
 }
 

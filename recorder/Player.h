@@ -60,9 +60,6 @@ class Player {
   bool started_ = false;
 };
 
-/// What is being thrown, from inside a catch: as recorded, when it is a recorded exception.
-std::string DescribeThrown();
-
 }  // namespace recorder
 
 #endif

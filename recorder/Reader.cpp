@@ -122,6 +122,18 @@ std::string ActionText(const Step& step) {
   return request ? Text(*request) : Text(std::get<Registration>(step.action));
 }
 
+std::string CallsText(const std::string& client, const Step& step) {
+  return "client " + Word(client) + " calls " + ActionText(step);
+}
+
+std::string GetsText(const std::string& client, const std::string& result) {
+  return "client " + Word(client) + " gets " + result;
+}
+
+std::string ThrewText(const Notification& notification) {
+  return "client " + Word(notification.client) + " threw " + notification.thrown;
+}
+
 Reader::Reader(std::istream& in) : in_(in) {
   std::string text;
   if (!GetLine(&text)) throw BadRecording("the file is empty: nothing was recorded into it; name another");

@@ -84,6 +84,10 @@ using Entry = std::variant<Step, Standing, Remark>;
 std::string Text(const Registration& registration);
 std::string TellText(const Notification& notification);
 std::string ActionText(const Step& step);
+/// What a client does in its callback, what it gets for it, and what it throws.
+std::string CallsText(const std::string& client, const Step& step);
+std::string GetsText(const std::string& client, const std::string& result);
+std::string ThrewText(const Notification& notification);
 
 /// Reads a recording one outermost request at a time, so that its length does not matter.
 class Reader {

@@ -7,48 +7,29 @@
 #include <fstream>
 #include <iostream>
 
-#include "recorder/Difference.h"
 #include "recorder/Player.h"
+#include "recorder/ReplayReport.h"
 
 namespace {
 
 enum ExitCode { kAlike = 0, kDifferent = 1, kUnusable = 2 };
 
-struct Tally {
-  std::size_t requests = 0;
-  std::size_t different = 0;
-};
-
-void Replay(const recorder::Step& step, Tally* tally) {
-  const recorder::Lines recorded = recorder::Player::Recorded(step);
-  recorder::Lines now = recorder::Player::Get().Play(step);
-  ++tally->requests;
-  // What came behind the end of the recording nobody knows.
-  if (!step.complete && now.size() > recorded.size()) now.resize(recorded.size());
-  const auto difference = recorder::Difference(recorded, now);
-  if (difference.empty()) return;
-  ++tally->different;
-  std::cout << "line " << step.line << ": " << recorder::ActionText(step) << '\n';
-  for (const std::string& line : difference) std::cout << line << '\n';
-  std::cout << '\n';
-}
-
-Tally ReplayAll(recorder::Reader* reader) {
-  Tally tally;
+/// Whether there were no differences.
+bool ReplayAll(recorder::Reader* reader) {
+  recorder::ReplayReport report(std::cout);
   recorder::Player& player = recorder::Player::Get();
   player.common().unit = reader->header().unit;
   while (const auto entry = reader->Next()) {
     player.Learn(reader->words());
     if (const auto* step = std::get_if<recorder::Step>(&*entry)) {
-      Replay(*step, &tally);
-      if (!step->complete) std::cout << "the recording ends in the request of line " << step->line << '\n';
+      report.Tell(*step, recorder::Player::Recorded(*step), player.Play(*step));
     } else if (const auto* standing = std::get_if<recorder::Standing>(&*entry)) {
       player.Apply(*standing);
     } else {
-      std::cout << "the recording says: " << std::get<recorder::Remark>(*entry).text << '\n';
+      report.Tell(std::get<recorder::Remark>(*entry));
     }
   }
-  return tally;
+  return report.End();
 }
 
 }  // namespace
@@ -69,12 +50,9 @@ int main(int argc, char** argv) try {
   }
   try {
     recorder::Reader reader(file);
-    const Tally tally = ReplayAll(&reader);
-    std::cout << tally.requests << " requests replayed, "
-              << (tally.different == 0 ? "no differences" : std::to_string(tally.different) + " of them differ")
-              << '\n';
+    const bool alike = ReplayAll(&reader);
     if (!std::cout.flush()) throw std::runtime_error("cannot write all of the output");
-    return tally.different == 0 ? kAlike : kDifferent;
+    return alike ? kAlike : kDifferent;
   } catch (const recorder::BadRecording& bad) {
     std::cout.flush();
     std::cerr << path << ": " << bad.what() << '\n';

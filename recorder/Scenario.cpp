@@ -3,6 +3,8 @@
 #include <map>
 #include <utility>
 
+#include "recorder/Refusals.h"
+
 namespace recorder {
 namespace {
 
@@ -52,47 +54,11 @@ std::string Pattern(calls::Call call, const calls::LimIdNames& names) {
   return text;
 }
 
-/// The result of a call that did not go well, a status or "false"; empty for one that did.
-std::string Refusal(const calls::Call& call) {
-  const auto* const number = std::get_if<std::int64_t>(&call.result);
-  if (!number) return "";
-  if (call.function->result == calls::Result::kFound) return *number == 0 ? "false" : "";
-  const bool is_status = call.function->result == calls::Result::kStatus;
-  const bool is_id = call.function->result == calls::Result::kId;
-  return (is_status && *number != 0) || (is_id && *number < 0) ? std::to_string(*number) : "";
+/// The module names an interface in these log lines.
+void LetAnyIntfBeLogged(std::string* line) {
+  LetAnyNumberFollow(line, "(intf id(");
+  LetAnyNumberFollow(line, ": Intf changed, so updated it to ");
 }
-
-class Writer {
- public:
-  explicit Writer(const calls::LimIdNames& names) : names_(names) {}
-
-  void Begin(const Header& header) {
-    text_ += "# Recorded " + header.begun + " on a " + std::to_string(header.word_bits) + "-bit " +
-             (header.big_endian ? "big" : "little") + "-endian machine.\n";
-    if (header.unit != 0) text_ += "card unit=" + std::to_string(header.unit) + '\n';
-  }
-  void Write(const Step& step);
-  void Write(const Standing& standing);
-  void Write(const Remark& remark) {
-    text_ += "# The recording says: ";
-    AppendEscaped(&text_, remark.text);
-    text_ += '\n';
-  }
-
-  std::string Take() { return std::move(text_); }
-
- private:
-  void LetClientsBehave(const Step& step);
-  void LetBehave(const Notification& notification, std::size_t line);
-  void Register(const std::string& client, const std::string& behaviour, std::size_t line);
-  void Plan(const Step& step, std::map<const calls::Function*, int>* count);
-  void Expect(const Step& step);
-
-  const calls::LimIdNames& names_;
-  std::string text_;
-  std::map<std::string, std::string> behaviours_;  ///< of clients that are registered
-  std::vector<std::string> object_texts_;          ///< that the platform gave in the request
-};
 
 [[noreturn]] void Refuse(std::size_t line, const std::string& what) {
   throw BadRecording("line " + std::to_string(line) + ": " + what +
@@ -101,19 +67,38 @@ class Writer {
 
 [[noreturn]] void RefuseName(std::size_t line) { Refuse(line, "a client whose name is no plain word"); }
 
-void Writer::Write(const Step& step) {
+}  // namespace
+
+void ScenarioWriter::Begin(const Header& header) {
+  Comment("Recorded " + header.begun + " on a " + std::to_string(header.word_bits) + "-bit " +
+          (header.big_endian ? "big" : "little") + "-endian machine.");
+}
+
+void ScenarioWriter::Comment(const std::string& text) {
+  text_ += "# ";
+  AppendEscaped(&text_, text);
+  text_ += '\n';
+}
+
+void ScenarioWriter::Write(const Entry& entry, bool expects) {
+  if (const auto* step = std::get_if<Step>(&entry)) Write(*step, expects);
+  if (const auto* standing = std::get_if<Standing>(&entry)) Write(*standing);
+  if (const auto* remark = std::get_if<Remark>(&entry)) Comment("The recording says: " + remark->text);
+}
+
+void ScenarioWriter::Write(const Step& step, bool expects) {
   if (const auto* registration = std::get_if<Registration>(&step.action)) {
     return Register(registration->client, registration->empty ? "empty" : "notify", step.line);
   }
   LetClientsBehave(step);
-  std::map<const calls::Function*, int> count;
   object_texts_.clear();
-  Plan(step, &count);
+  Plan(step);
   text_ += ActionText(step) + '\n';
   if (!step.complete) {
-    text_ += "# The recording ends here.\n";
+    Comment("The recording ends here.");
     return;
   }
+  if (!expects) return;
   constexpr std::string_view kThrew = "threw ";
   if (step.result.compare(0, kThrew.size(), kThrew) == 0) {
     text_ += "expect throw " + Quoted(Literal(step.result.substr(kThrew.size()))) + '\n';
@@ -125,7 +110,7 @@ void Writer::Write(const Step& step) {
   text_ += "end\n";
 }
 
-void Writer::Write(const Standing& standing) {
+void ScenarioWriter::Write(const Standing& standing) {
   if (standing.kind == Standing::Kind::kClient) {
     Register(standing.client.client, standing.client.empty ? "empty" : "notify", 0);
   }
@@ -136,19 +121,19 @@ void Writer::Write(const Standing& standing) {
   }
 }
 
-void Writer::Register(const std::string& client, const std::string& behaviour, std::size_t line) {
+void ScenarioWriter::Register(const std::string& client, const std::string& behaviour, std::size_t line) {
   if (Word(client) != client) RefuseName(line);
   behaviours_[client] = behaviour;
   text_ += "client " + client + ' ' + behaviour + '\n';
 }
 
-void Writer::LetClientsBehave(const Step& step) {
+void ScenarioWriter::LetClientsBehave(const Step& step) {
   for (const Item& item : step.items) {
     if (const auto* notification = std::get_if<Notification>(&item.what)) LetBehave(*notification, item.line);
   }
 }
 
-void Writer::LetBehave(const Notification& notification, std::size_t line) {
+void ScenarioWriter::LetBehave(const Notification& notification, std::size_t line) {
   std::string behaviour;
   for (const auto& called : notification.steps) {
     const auto* const step = std::get_if<Step>(&called);
@@ -171,27 +156,16 @@ void Writer::LetBehave(const Notification& notification, std::size_t line) {
 }
 
 /// A fault for each call that was refused, in a client's callback too.
-void Writer::Plan(const Step& step, std::map<const calls::Function*, int>* count) {
-  for (const Item& item : step.items) {
-    if (const auto* notification = std::get_if<Notification>(&item.what)) {
-      for (const auto& called : notification->steps) {
-        if (const auto* inner = std::get_if<Step>(&called)) Plan(*inner, count);
-      }
-      continue;
-    }
-    const auto* const call = std::get_if<calls::Call>(&std::get<calls::Event>(item.what));
-    if (!call) continue;
-    if (!call->thrown.empty()) Refuse(item.line, "a platform call that threw");
-    const int nth = ++(*count)[call->function];
-    const std::string refusal = Refusal(*call);
-    if (!refusal.empty()) {
-      text_ += std::string("fail ") + call->function->name + (nth > 1 ? " nth=" + std::to_string(nth) : "") +
-               " result=" + refusal + '\n';
-    }
+void ScenarioWriter::Plan(const Step& step) {
+  for (const Refusal& refusal : Refusals(step)) {
+    const bool is_lookup = refusal.function->result == calls::Result::kFound;
+    text_ += std::string("fail ") + refusal.function->name +
+             (refusal.nth > 1 ? " nth=" + std::to_string(refusal.nth) : "") +
+             " result=" + (is_lookup ? "false" : std::to_string(refusal.result)) + '\n';
   }
 }
 
-void Writer::Expect(const Step& step) {
+void ScenarioWriter::Expect(const Step& step) {
   for (const Item& item : step.items) {
     if (const auto* notification = std::get_if<Notification>(&item.what)) {
       text_ += "  " + TellText(*notification) + '\n';
@@ -213,21 +187,13 @@ void Writer::Expect(const Step& step) {
       continue;
     }
     std::string line = call ? Pattern(*call, names_) : Literal(calls::UnmarkedText(event, names_));
+    if (!call) LetAnyIntfBeLogged(&line);
     for (const std::string& text : object_texts_) {
       const std::size_t found = call ? std::string::npos : line.find(text);
       if (found != std::string::npos) line.replace(found, text.size(), 1, kAnything);
     }
     text_ += "  " + line + '\n';
   }
-}
-
-}  // namespace
-
-std::string ToScenario(Reader* reader, const calls::LimIdNames& names) {
-  Writer writer(names);
-  writer.Begin(reader->header());
-  while (const auto entry = reader->Next()) std::visit([&](const auto& what) { writer.Write(what); }, *entry);
-  return writer.Take();
 }
 
 }  // namespace recorder

@@ -17,7 +17,9 @@ ROOMS = {
     "softcard": ["calls/", *GROUND],
     "scenario": ["softcard/", "calls/", "include/"],
     "recorder": ["calls/", *GROUND],
-    "diagnosis": ["scenario/", "softcard/", "recorder/Format"],
+    # Of the recorder: recordings as values, nothing of what stands in front of a platform.
+    "diagnosis": ["scenario/", "softcard/", "recorder/Format", "recorder/Reader", "recorder/Refusals", "recorder/Request",
+                  "recorder/Thrown"],
     "router": ["include/", "softcard/tables/"],
     "serve": ["scenario/", "router/", "softcard/"],
     "console": ["serve/", "router/", "diagnosis/", "recorder/", "scenario/", "softcard/", "calls/", "src/", *GROUND],

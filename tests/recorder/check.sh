@@ -143,6 +143,20 @@ case $case in
     "$caller" replay "$work/nowhere.rec" >"$work/out.txt" 2>&1
     [ $? = 2 ] || fail "exit status of a missing recording is not 2"
     holds "$work/out.txt" "cannot read $work/nowhere.rec: No such file or directory"
+    # On the software card, other ids are told once and are no difference.
+    (cd "$work" && "$caller" run --quiet --record ids.rec "${arguments[0]}/update-clients.scn") >/dev/null
+    sed -i 's/100001/777/g' "$work/ids.rec"
+    "$caller" replay --on-card "$work/ids.rec" >"$work/out.txt" 2>&1 || { fail "other ids differ"; cat "$work/out.txt"; }
+    holds "$work/out.txt" ": egress 777 of the recording is egress 100001 on the card"
+    [ "$(wc -l <"$work/out.txt")" = 2 ] || { fail "ids are told more than once"; cat "$work/out.txt"; }
+    "$caller" replay --on-card "$recording" >"$work/out.txt" 2>&1
+    [ $? = 1 ] || fail "exit status of a replay on the card that differs is not 1"
+    holds "$work/out.txt" "-     IngressManager::CreateIngress(unit=0, vrf=7, flags=0x0) = 0"
+    for recording in nowhere.rec out.txt; do
+      "$caller" replay --on-card "$work/$recording" >"$work/errors.txt" 2>&1
+      [ $? = 2 ] || fail "exit status of $recording on the card is not 2"
+    done
+    recording=$work/card.rec
     # A recording made a scenario finds what was recorded, and a fault for what was refused.
     for scenario in provider-edge vlan/install-association-positive vlan/install-station-refused update-clients; do
       (cd "$work" && "$caller" run --quiet --record scenario.rec "${arguments[0]}/$scenario.scn") >/dev/null
