@@ -25,6 +25,7 @@ struct Run {
 struct Options {
   bool accesses = false;  ///< calls are recorded with what the module looks at
   bool strict = false;    ///< a request that does not return 0 fails, unless an expectation asks for its result
+  bool endless = false;   ///< a planned fault may wait for ever
 };
 
 /// Runs a scenario on the card, which is emptied before, and tells the observer each step. What the module keeps for
