@@ -34,6 +34,7 @@ constexpr unsigned int kVlan = 100;
 constexpr unsigned int kVrf = 1;
 constexpr std::size_t kFrameSize = 64;
 constexpr std::size_t kFrames = 16384;
+constexpr std::size_t kAhead = 4;  ///< frames that are known before it is their turn
 unsigned char router_mac[6] = {0x00, 0x00, 0x5e, 0x00, 0x01, 0x01};
 unsigned char next_hop_mac[6] = {0x00, 0x00, 0x5e, 0x00, 0x02, 0x01};
 
@@ -145,6 +146,7 @@ void Push(benchmark::State& state) {
   int64_t sent = 0;
   for ([[maybe_unused]] const auto round : state) {
     const softcard::View frame(&traffic.frames[i * kFrameSize], kFrameSize);
+    softcard::Prefetch(tables, {&traffic.frames[(i + kAhead) % kFrames * kFrameSize], kFrameSize});
     const softcard::Way way = softcard::Inject(tables, traffic.tunnels.records, 1, frame, &out);
     sent += way.fate == softcard::Way::Fate::kSent ? 1 : 0;
     i = (i + 1) % kFrames;

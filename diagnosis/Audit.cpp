@@ -109,7 +109,7 @@ class Auditor {
           {{"stations", vlan_id}, {"intfs", holder.intf}}, "packets to the router's MAC are not routed",
           Request("replace-vlan ", holder) + " with the values that it has");
     }
-    if (tables_.protocol.rows().count(vlan_id) == 0) {
+    if (!tables_.protocol.rows().Find(vlan_id)) {
       Add(holder.Name(), "the protocol packet control of its VLAN " + std::to_string(vlan_id) + " is off",
           {{"protocol", vlan_id}, {"intfs", holder.intf}}, "protocol packets of the VLAN do not reach the CPU",
           destroyable ? Request("destroy-vlan ", holder) + ", then the install again"
@@ -252,7 +252,7 @@ class Auditor {
   void CheckSwitch() {
     for (const auto control : {bcmSwitchL3EgressMode, bcmSwitchL3IngressMode}) {
       const Place place{"switch", control};
-      const bool missing = tables_.switch_controls.rows().count(control) == 0;
+      const bool missing = !tables_.switch_controls.rows().Find(control);
       const bool tried = ledger_.LastTouching("switch", control).has_value();
       if (missing && (tried || !tables_.switch_controls.rows().empty())) {
         Add("switch " + calls::Text(calls::Kind::kSwitchControl, calls::ToValue(static_cast<int>(control))),

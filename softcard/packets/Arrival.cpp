@@ -5,7 +5,6 @@
 namespace softcard {
 namespace {
 
-constexpr unsigned kVlanBits = 0xFFF;
 constexpr unsigned kReservedVlan = 4095;
 constexpr unsigned kLastHop = 1;  ///< a TTL that no router sends on
 

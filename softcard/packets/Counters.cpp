@@ -1,7 +1,8 @@
 #include "softcard/packets/Counters.h"
 
-#include <map>
 #include <string>
+
+#include "softcard/tables/Sorted.h"
 
 namespace softcard {
 
@@ -32,8 +33,8 @@ void Counters::Sent(const Way& way, std::size_t in, std::size_t out) {
 }
 
 Count Counters::destination(unsigned id) const {
-  const auto found = destinations_.find(id);
-  return found == destinations_.end() ? Count() : found->second;
+  const Count* const found = destinations_.Find(id);
+  return found ? *found : Count();
 }
 
 Count Counters::in(int port) const {
@@ -54,7 +55,7 @@ std::vector<Row> Counters::Rows(const Ports& ports) const {
       rows.push_back({&kDescription, calls::ToValue(what), {value(count.packets), value(count.bytes)}});
     }
   };
-  for (const auto& [id, count] : std::map<unsigned, Count>(destinations_.begin(), destinations_.end())) {
+  for (const auto& [id, count] : Sorted(destinations_)) {
     append("destination " + std::to_string(id), count);
   }
   for (int port = 0; port < static_cast<int>(ports_.size()); ++port) {

@@ -3,10 +3,10 @@
 
 #include <array>
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 #include "softcard/packets/Way.h"
+#include "softcard/tables/HashMap.h"
 
 namespace softcard {
 
@@ -45,7 +45,7 @@ class Counters {
   PortCount& Port(int port);
 
   std::vector<PortCount> ports_;  ///< by port, as far as one saw a frame; one of a LAG with members is its member's
-  std::unordered_map<unsigned, Count> destinations_;
+  HashMap<unsigned, Count> destinations_;
   std::array<Count, kDrops> drops_{};
 };
 

@@ -24,6 +24,7 @@ struct View {
 constexpr std::size_t kMacBytes = 6;
 constexpr std::size_t kEthernetBytes = 14;  ///< two addresses and the type
 constexpr std::size_t kTagBytes = 4;
+constexpr unsigned kVlanBits = 0xFFF;  ///< of a tag the VLAN
 constexpr std::size_t kLabelBytes = 4;
 constexpr std::size_t kIpv4Bytes = 20;  ///< without options
 constexpr std::size_t kIpv6Bytes = 40;

@@ -25,7 +25,7 @@ std::size_t TellEthernet(const unsigned char* frame, Story* story) {
   const unsigned type = Get16(frame + 2 * kMacBytes);
   story->Tell(EthernetLayer{GetMac(frame), GetMac(frame + kMacBytes), type});
   if (type != kEtherTypeVlan) return kEthernetBytes;
-  story->Tell(TagLayer{Get16(frame + kEthernetBytes) & 0xFFF, Get16(frame + kEthernetBytes + 2)});
+  story->Tell(TagLayer{Get16(frame + kEthernetBytes) & kVlanBits, Get16(frame + kEthernetBytes + 2)});
   return kEthernetBytes + kTagBytes;
 }
 

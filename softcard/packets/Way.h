@@ -32,6 +32,10 @@ enum class Carried { kIp, kLabels, kEthernet };
 /// frame's length.
 Way Inject(const Tables& tables, const Records& records, int port, View frame, Bytes* out, Story* story = nullptr);
 
+/// Has the memory fetched that Inject of this frame would wait for. Whoever has several frames says so of one that
+/// comes a few frames later: most of the time in a large table is waiting. Changes nothing; any bytes will do.
+void Prefetch(const Tables& tables, View frame);
+
 /// A packet that has been routed to a destination, from there on. It keeps its TTL. Of a packet with labels a swap
 /// replaces the outermost; other destinations leave them and put theirs above.
 Way Send(const Tables& tables, const Records& records, unsigned destination, Carried carried, View packet, Bytes* out,

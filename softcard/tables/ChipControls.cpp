@@ -1,6 +1,7 @@
 #include "softcard/tables/ChipControls.h"
 
 #include "softcard/Limits.h"
+#include "softcard/tables/Sorted.h"
 
 namespace softcard {
 

@@ -1,12 +1,10 @@
 #ifndef SOFTCARD_TABLES_ID_TABLE_H
 #define SOFTCARD_TABLES_ID_TABLE_H
 
-#include <cstddef>
 #include <limits>
-#include <unordered_map>
 
 #include "bcm/error.h"
-#include "softcard/tables/Sorted.h"
+#include "softcard/tables/HashMap.h"
 
 namespace softcard {
 
@@ -21,22 +19,19 @@ class IdTable {
   int Add(const Row& row) {
     if (rows_.size() >= size_) return BCM_E_FULL;
     int id = 0;
-    for (const std::size_t used = rows_.size(); rows_.size() == used; Advance()) {
+    for (bool is_free = false; !is_free; Advance()) {
       id = next_id_;
-      rows_.try_emplace(id, row);
+      is_free = rows_.Insert(id, row).second;
     }
     return id;
   }
-  int Delete(int id) { return rows_.erase(id) ? BCM_E_NONE : BCM_E_NOT_FOUND; }
+  int Delete(int id) { return rows_.Erase(id) ? BCM_E_NONE : BCM_E_NOT_FOUND; }
 
   /// Null for an id that is not in use. Rows stay where they are until they are deleted.
-  Row* Find(int id) {
-    const auto row = rows_.find(id);
-    return row == rows_.end() ? nullptr : &row->second;
-  }
-  const Row* Find(int id) const { return const_cast<IdTable*>(this)->Find(id); }
+  Row* Find(int id) { return rows_.Find(id); }
+  const Row* Find(int id) const { return rows_.Find(id); }
 
-  const std::unordered_map<int, Row>& rows() const { return rows_; }
+  const HashMap<int, Row>& rows() const { return rows_; }
   unsigned size() const { return size_; }
 
  private:
@@ -45,7 +40,7 @@ class IdTable {
   int first_id_;
   unsigned size_;
   int next_id_;
-  std::unordered_map<int, Row> rows_;
+  HashMap<int, Row> rows_;
 };
 
 }  // namespace softcard

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "softcard/Limits.h"
+#include "softcard/tables/Sorted.h"
 
 namespace softcard {
 

@@ -1,10 +1,8 @@
 #ifndef SOFTCARD_TABLES_KEY_TABLE_H
 #define SOFTCARD_TABLES_KEY_TABLE_H
 
-#include <unordered_map>
-
 #include "bcm/error.h"
-#include "softcard/tables/Sorted.h"
+#include "softcard/tables/HashMap.h"
 
 namespace softcard {
 
@@ -20,24 +18,21 @@ class KeyTable {
   /// The key's row, new or not: BCM_E_FULL for a new one without room.
   int Write(const Key& key, const Row& row) {
     if (rows_.size() >= size_ && !Find(key)) return BCM_E_FULL;
-    rows_.insert_or_assign(key, row);
+    rows_[key] = row;
     return BCM_E_NONE;
   }
 
-  int Delete(const Key& key) { return rows_.erase(key) ? BCM_E_NONE : BCM_E_NOT_FOUND; }
+  int Delete(const Key& key) { return rows_.Erase(key) ? BCM_E_NONE : BCM_E_NOT_FOUND; }
 
   /// Null for a key without a row.
-  const Row* Find(const Key& key) const {
-    const auto row = rows_.find(key);
-    return row == rows_.end() ? nullptr : &row->second;
-  }
+  const Row* Find(const Key& key) const { return rows_.Find(key); }
 
-  const std::unordered_map<Key, Row>& rows() const { return rows_; }
+  const HashMap<Key, Row>& rows() const { return rows_; }
   unsigned size() const { return size_; }
 
  private:
   unsigned size_;
-  std::unordered_map<Key, Row> rows_;
+  HashMap<Key, Row> rows_;
 };
 
 }  // namespace softcard

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "softcard/tables/Sorted.h"
+
 namespace softcard {
 
 using calls::Kind;

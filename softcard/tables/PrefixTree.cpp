@@ -49,6 +49,8 @@ constexpr std::array<uint64_t, 32> kCovering = [] {
   return covering;
 }();
 
+constexpr unsigned kNearLevels = 3;
+
 unsigned HighestBit(uint64_t bits) { return 63U - static_cast<unsigned>(__builtin_clzll(bits)); }
 
 /// Writes a step of an address; of the last one only the bits that there are.
@@ -82,6 +84,15 @@ PrefixTree::Match PrefixTree::Longest(IpAddress::Version version, const unsigned
   const bool whole = found->HasPrefix(kSteps + found_step);
   const unsigned bit = whole ? kSteps + found_step : HighestBit(found->prefixes[0] & kCovering[found_step / 2]);
   return {kStep * found_depth + HighestBit(bit), &ValueOf(*found, bit)};
+}
+
+void PrefixTree::Prefetch(IpAddress::Version version, const unsigned char* address) const {
+  Rest rest(version, address);
+  const Node* node = &nodes_[kRoot];
+  for (unsigned depth = 0; depth < kNearLevels && node->HasChild(rest.step()); ++depth, rest.Advance()) {
+    node = &nodes_[node->first_child + node->ChildrenBelow(rest.step())];
+  }
+  __builtin_prefetch(node);
 }
 
 bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {

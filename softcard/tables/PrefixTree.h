@@ -33,6 +33,9 @@ class PrefixTree {
 
   /// The longest prefix of an address of this version, in network byte order.
   Match Longest(IpAddress::Version version, const unsigned char* address) const;
+  /// Has the memory fetched that Longest will wait for: the first levels of a large tree stay near the processor, those
+  /// below do not.
+  void Prefetch(IpAddress::Version version, const unsigned char* address) const;
 
   /// Tells every prefix, in the order of the addresses, the shorter of two that begin alike first.
   using Visitor = std::function<void(const Prefix& prefix, uint32_t value)>;
@@ -42,7 +45,7 @@ class PrefixTree {
   static constexpr unsigned kStep = 6;
   static constexpr unsigned kSteps = 1U << kStep;
 
-  struct Node {
+  struct alignas(32) Node {
     uint64_t prefixes[2] = {0, 0};  ///< of the second word each bit is a whole step
     uint64_t children = 0;
     uint32_t first_value = 0;  ///< of one prefix alone the value itself

@@ -16,8 +16,8 @@ const TableDescription RouteTable::kDescription = {"routes",
 int RouteTable::Set(unsigned vrf, const Prefix& prefix, unsigned destination) {
   if (!prefix.IsValid()) return BCM_E_PARAM;
   if (count_ >= size_) {
-    const auto trees = vrfs_.find(vrf);
-    if (trees == vrfs_.end() || !trees->second.Of(prefix).Has(prefix)) return BCM_E_FULL;
+    Trees* const trees = vrfs_.Find(vrf);
+    if (!trees || !trees->Of(prefix).Has(prefix)) return BCM_E_FULL;
   }
   if (vrfs_[vrf].Of(prefix).Set(prefix, destination)) ++count_;
   return BCM_E_NONE;
@@ -25,10 +25,9 @@ int RouteTable::Set(unsigned vrf, const Prefix& prefix, unsigned destination) {
 
 int RouteTable::Delete(unsigned vrf, const Prefix& prefix) {
   if (!prefix.IsValid()) return BCM_E_PARAM;
-  const auto trees = vrfs_.find(vrf);
-  if (trees == vrfs_.end()) return BCM_E_NOT_FOUND;
-  if (!trees->second.Of(prefix).Delete(prefix)) return BCM_E_NOT_FOUND;
-  if (trees->second.v4.empty() && trees->second.v6.empty()) vrfs_.erase(trees);
+  Trees* const trees = vrfs_.Find(vrf);
+  if (!trees || !trees->Of(prefix).Delete(prefix)) return BCM_E_NOT_FOUND;
+  if (trees->v4.empty() && trees->v6.empty()) vrfs_.Erase(vrf);
   --count_;
   return BCM_E_NONE;
 }

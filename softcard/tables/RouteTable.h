@@ -1,9 +1,9 @@
 #ifndef SOFTCARD_TABLES_ROUTE_TABLE_H
 #define SOFTCARD_TABLES_ROUTE_TABLE_H
 
-#include <unordered_map>
 #include <vector>
 
+#include "softcard/tables/HashMap.h"
 #include "softcard/tables/Prefix.h"
 #include "softcard/tables/PrefixTree.h"
 #include "softcard/tables/Row.h"
@@ -25,9 +25,14 @@ class RouteTable {
 
   /// The longest prefix that an address, in network byte order, lies in; its value is the destination's id.
   PrefixTree::Match Find(unsigned vrf, IpAddress::Version version, const unsigned char* address) const {
-    const auto trees = vrfs_.find(vrf);
-    if (trees == vrfs_.end()) return {0, nullptr};
-    return (version == IpAddress::Version::k4 ? trees->second.v4 : trees->second.v6).Longest(version, address);
+    const Trees* const trees = vrfs_.Find(vrf);
+    if (!trees) return {0, nullptr};
+    return (version == IpAddress::Version::k4 ? trees->v4 : trees->v6).Longest(version, address);
+  }
+
+  void Prefetch(unsigned vrf, IpAddress::Version version, const unsigned char* address) const {
+    const Trees* const trees = vrfs_.Find(vrf);
+    if (trees) (version == IpAddress::Version::k4 ? trees->v4 : trees->v6).Prefetch(version, address);
   }
 
   unsigned count() const { return count_; }
@@ -45,7 +50,7 @@ class RouteTable {
 
   unsigned size_;
   unsigned count_ = 0;
-  std::unordered_map<unsigned, Trees> vrfs_;  ///< those with routes
+  HashMap<unsigned, Trees> vrfs_;  ///< those with routes
 };
 
 Row MakeRow(unsigned vrf, const Prefix& prefix, unsigned destination);

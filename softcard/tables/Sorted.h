@@ -2,14 +2,17 @@
 #define SOFTCARD_TABLES_SORTED_H
 
 #include <map>
-#include <unordered_map>
+
+#include "softcard/tables/HashMap.h"
 
 namespace softcard {
 
 /// Rows in the order of their keys, to be shown: tables keep them in the order that finds them fastest.
 template <typename Key, typename Row>
-std::map<Key, const Row&> Sorted(const std::unordered_map<Key, Row>& rows) {
-  return {rows.begin(), rows.end()};
+std::map<Key, const Row&> Sorted(const HashMap<Key, Row>& rows) {
+  std::map<Key, const Row&> sorted;
+  for (const auto& [key, row] : rows) sorted.emplace(key, row);
+  return sorted;
 }
 
 }  // namespace softcard

@@ -66,6 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   const int port = data[0] % 4;
   const Bytes frame(data + 1, data + size);
 
+  softcard::Prefetch(card.card.tables(), frame);
   const Way way = card.Inject(frame, nullptr, port);
   const Bytes out = card.out;
   softcard::StoryLines story(card.card.tables().ports);

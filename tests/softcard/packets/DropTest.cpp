@@ -57,6 +57,21 @@ TEST_F(DropTest, WhatIsNeitherIpNorMplsIsNotRouted) {
   EXPECT_EQ(card_.Injected(kToRouter + "8848" + kIp64), "not-routed") << "MPLS to many";
 }
 
+TEST_F(DropTest, WhatIsFetchedAheadMayBeAnyBytes) {
+  card_.Route("198.51.100.0", 24, card_.Host());
+  card_.Route("::", 0, card_.Host());
+  const Bytes frames[] = {Hex(kToRouter + "0800" + kIp64), Hex(kToRouter + "86dd" + std::string(88, 'f')),
+                          Hex(kToRouter)};
+  for (const Bytes& whole : frames) {
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+      const Bytes cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+      const std::string before = card_.Injected(Text(cut));
+      softcard::Prefetch(card_.card.tables(), cut);
+      EXPECT_EQ(card_.Injected(Text(cut)), before) << size;
+    }
+  }
+}
+
 TEST_F(DropTest, TheReservedVlanIsMalformed) {
   EXPECT_EQ(card_.Injected("00005e000101 020000000001 81000fff 0800" + kIp64), "malformed");
 }
