@@ -1,7 +1,10 @@
 #include "console/TextPrinter.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
 #include <ostream>
 #include <variant>
 
@@ -67,6 +70,12 @@ std::string ReasonOf(const Trace& trace) {
 }
 
 }  // namespace
+
+bool WantsColour(const std::string& choice) {
+  if (choice != "auto") return choice == "always";
+  const char* const no_colour = std::getenv("NO_COLOR");
+  return isatty(STDOUT_FILENO) && (no_colour == nullptr || *no_colour == '\0');
+}
 
 std::string Counted(unsigned long count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");

@@ -14,6 +14,9 @@ enum class Detail {
   kCalls,     ///< calls and log lines of each request
 };
 
+/// Whether standard output gets colours when the user asked for "always", "never" or "auto".
+bool WantsColour(const std::string& choice);
+
 /// "1 request", "2 requests".
 std::string Counted(unsigned long count, const std::string& noun);
 

@@ -1,5 +1,8 @@
 #include "diagnosis/Ledger.h"
 
+#include <set>
+#include <utility>
+
 #include "diagnosis/Touches.h"
 
 namespace diagnosis {
@@ -46,13 +49,12 @@ bool Failed(const scenario::RequestResult& result) {
 }  // namespace
 
 void Ledger::Took(const scenario::Step& step) {
-  if (ended_) *this = {};
+  if (ended_) *this = Ledger(most_idle_);
   const auto* const trace = std::get_if<scenario::Trace>(&step.content);
   if (trace == nullptr || step.kind == scenario::Kind::kPacket) return;
   const bool failed = Failed(trace->result);
-  const auto source =
-      sources_.try_emplace(step.source.data(), Source{step.file, step.line, std::string(step.source), step.rounds});
-  requests_.push_back({&source.first->second, static_cast<std::uint32_t>(rounds_.size())});
+  if (requests_.size() >= most_requests_) Forget();
+  requests_.push_back({SourceOf(step), static_cast<std::uint32_t>(rounds_.size())});
   for (const auto& counter : step.rounds) rounds_.push_back(counter.second);
   touched_.clear();
   for (const scenario::TraceLine& line : trace->lines) {
@@ -67,6 +69,44 @@ void Ledger::Took(const scenario::Step& step) {
   }
   if (failed) return;
   for (Touch* touch : touched_) touch->settled = touch->written;
+}
+
+const Ledger::Source* Ledger::SourceOf(const scenario::Step& step) {
+  const Source*& known = source_at_[step.source.data()];
+  if (known == nullptr || known->line != step.line || known->text != step.source || known->file != step.file) {
+    known = &sources_.emplace_back(Source{step.file, step.line, std::string(step.source), step.rounds});
+  }
+  return known;
+}
+
+void Ledger::Forget() {
+  std::vector<std::uint32_t> numbers(requests_.size());
+  for (const auto& [table, touches] : touches_) {
+    for (const auto& [key, touch] : touches) numbers[touch.request] = 1;
+  }
+  std::vector<Made> requests;
+  std::vector<std::int64_t> rounds;
+  std::map<std::size_t, std::string> refused;
+  std::set<const Source*> used;
+  for (std::size_t old = 0; old < requests_.size(); ++old) {
+    if (numbers[old] == 0) continue;
+    numbers[old] = static_cast<std::uint32_t>(requests.size());
+    const Made& made = requests_[old];
+    used.insert(made.source);
+    if (const auto text = refused_.find(old); text != refused_.end()) refused[requests.size()] = text->second;
+    requests.push_back({made.source, static_cast<std::uint32_t>(rounds.size())});
+    const auto begin = rounds_.begin() + made.rounds;
+    rounds.insert(rounds.end(), begin, begin + static_cast<std::ptrdiff_t>(made.source->counters.size()));
+  }
+  for (auto& [table, touches] : touches_) {
+    for (auto& [key, touch] : touches) touch.request = numbers[touch.request] & 0x3FFFFFFFU;
+  }
+  requests_ = std::move(requests);
+  rounds_ = std::move(rounds);
+  refused_ = std::move(refused);
+  source_at_.clear();
+  sources_.remove_if([&used](const Source& source) { return used.count(&source) == 0; });
+  most_requests_ = most_idle_ + 2 * requests_.size();
 }
 
 void Ledger::Ended(const std::string&, const scenario::Tally&) { ended_ = true; }

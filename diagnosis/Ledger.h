@@ -2,6 +2,7 @@
 #define DIAGNOSIS_LEDGER_H
 
 #include <cstdint>
+#include <list>
 #include <map>
 #include <optional>
 #include <string>
@@ -19,6 +20,8 @@ namespace diagnosis {
 class Ledger : public scenario::Observer {
  public:
   Ledger() = default;
+  /// Forgets requests of no use when there are more than so many of them.
+  explicit Ledger(std::size_t most_idle) : most_idle_(most_idle), most_requests_(most_idle) {}
   Ledger(Ledger&&) = default;
   Ledger& operator=(Ledger&&) = default;
 
@@ -52,13 +55,16 @@ class Ledger : public scenario::Observer {
     std::uint32_t rounds;  ///< where the values of its loops' counters begin in rounds_
   };
   struct Touch {
-    std::uint32_t request : 30;  ///< a scenario has at most 4,000,000 lines
+    std::uint32_t request : 30;  ///< a scenario has at most 4,000,000 lines, and a card fewer rows
     Maker maker : 2;             ///< of a destination
     std::uint32_t written;       ///< a hash of the values; 0: none, or taken away
     std::uint32_t settled;       ///< the same, when a request had last succeeded
   };
   using Touches = std::unordered_map<std::int32_t, Touch>;  ///< by key
 
+  const Source* SourceOf(const scenario::Step& step);
+  /// Forgets the requests that no row was touched by last, of which a card that lives on has more and more.
+  void Forget();
   /// That the request under way touches it.
   void Mark(Touch& touch) const { touch.request = static_cast<std::uint32_t>(requests_.size() - 1) & 0x3FFFFFFFU; }
   Touch& TouchOf(std::string_view table, std::int64_t key);
@@ -70,11 +76,15 @@ class Ledger : public scenario::Observer {
 
   std::vector<Made> requests_;
   std::vector<std::int64_t> rounds_;
-  std::map<const char*, Source> sources_;                  ///< by where the line's text is in its scenario
+  std::list<Source> sources_;
+  /// By where the line's text is in its scenario; when that is gone another line's may be there.
+  std::map<const char*, const Source*> source_at_;
   std::map<std::size_t, std::string> refused_;             ///< by request
   std::map<std::string, Touches, std::less<>> touches_;    ///< by table
   std::unordered_map<std::int32_t, std::uint16_t> vlans_;  ///< by interface
   std::vector<Touch*> touched_;                            ///< by the request under way
+  std::size_t most_idle_ = 100'000;
+  std::size_t most_requests_ = most_idle_;  ///< before those of no use are forgotten
   bool ended_ = false;
 };
 

@@ -5,13 +5,12 @@
 namespace scenario {
 
 const ReadStatement& LineReader::Read(const SourceLine& line, const Counters& rounds) {
-  if (line.counts) {
-    return last_ = language_.Read(Words(line, rounds), {card_, Block(line, rounds), clients_, watchers_});
-  }
+  const auto read = [&](const std::vector<Token>& words) {
+    return language_.Read(words, {past_.card, Block(line, rounds), past_.clients, past_.watchers});
+  };
+  if (line.counts) return last_ = read(Words(line, rounds));
   auto kept = kept_.find(&line);
-  if (kept == kept_.end()) {
-    kept = kept_.emplace(&line, language_.Read(line.words, {card_, Block(line, rounds), clients_, watchers_})).first;
-  }
+  if (kept == kept_.end()) kept = kept_.emplace(&line, read(line.words)).first;
   return kept->second;
 }
 

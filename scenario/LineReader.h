@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "scenario/Language.h"
+#include "scenario/Scenario.h"
 #include "scenario/SourceLine.h"
 #include "scenario/Structure.h"
 #include "scenario/Substitution.h"
@@ -16,24 +17,20 @@ namespace scenario {
 /// read once and kept.
 class LineReader {
  public:
-  LineReader(const Language& language, const softcard::CardDescription& card) : language_(language), card_(card) {}
+  /// What the lines register goes into `past`.
+  LineReader(const Language& language, Past& past) : language_(language), past_(past) {}
 
   /// Valid until the next line is read. Throws SyntaxError.
   const ReadStatement& Read(const SourceLine& line, const Counters& rounds);
   Loop ReadLoop(const SourceLine& line, const Counters& rounds);
   softcard::CardDescription ReadCard(const SourceLine& line, const Counters& rounds);
 
-  /// That the lines so far ask for.
-  const std::set<Observer*>& watchers() const { return watchers_; }
-
  private:
   const std::vector<Token>& Words(const SourceLine& line, const Counters& rounds);
   const std::vector<std::string>& Block(const SourceLine& line, const Counters& rounds);
 
   const Language& language_;
-  const softcard::CardDescription& card_;
-  std::set<std::string> clients_;
-  std::set<Observer*> watchers_;
+  Past& past_;
   std::unordered_map<const SourceLine*, ReadStatement> kept_;
   ReadStatement last_;
   std::vector<Token> words_;

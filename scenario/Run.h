@@ -26,6 +26,7 @@ struct Run {
 struct Options {
   bool accesses = false;  ///< calls are recorded with what the module looks at
   bool strict = false;    ///< a request that does not return 0 fails, unless an expectation asks for its result
+  bool endless = false;   ///< a planned fault may wait for ever
   std::function<void(Run&)> afterwards{};  ///< is given the run when all has been done and told; may be empty
 };
 

@@ -23,6 +23,18 @@ struct Scenario {
   std::vector<SourceLine> lines;
 };
 
+/// What the lines that have been read mean for those that follow.
+struct Past {
+  softcard::CardDescription card{};
+  bool begun = false;               ///< too late to describe another card
+  bool started = false;             ///< the module, by a request or ahead of all lines
+  std::set<std::string> clients{};  ///< that lines register
+  std::set<Observer*> watchers{};
+  std::string last_request{};  ///< or packet: the statement's name
+  bool has_result = false;     ///< that one
+  bool is_packet = false;
+};
+
 /// What makes a scenario unusable.
 struct Complaint {
   std::string file;
@@ -39,13 +51,21 @@ struct Complaint {
 
 struct ParsedScenario {
   Scenario scenario;
+  Past past;                          ///< with this scenario, for one that follows it
   std::vector<Complaint> complaints;  ///< not empty: the scenario is unusable
   std::size_t more_complaints = 0;    ///< that are not among them, as nobody reads so many
 };
 
+/// That one scenario may have, with the rounds of its loops.
+constexpr std::size_t kMostStatements = 4'000'000;
+
 /// Reads a whole scenario and checks every line in every round of its loops. The language is to outlive the scenario.
 ParsedScenario ParseScenario(const Language& language, const std::string& file, std::string text,
                              const Counters& definitions = {});
+
+/// The same for a text that goes on where another scenario has ended.
+ParsedScenario ParseScenario(const Language& language, SourceText text, const Counters& definitions, Past past,
+                             std::size_t most_statements);
 
 }  // namespace scenario
 

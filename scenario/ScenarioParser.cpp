@@ -12,20 +12,22 @@ namespace {
 using About = Expectation::About;
 
 constexpr std::size_t kMaxComplaints = 20;
-constexpr std::size_t kMaxStatements = 4'000'000;
 
 /// Reads every line in every round of the loops around it, as the run will, and keeps nothing of it.
 class Checker {
  public:
-  Checker(Scenario& scenario, const Report& report)
+  Checker(Scenario& scenario, Past& past, std::size_t most_statements, const Report& report)
       : scenario_(scenario),
+        past_(past),
+        most_statements_(most_statements),
         report_(report),
-        reader_(*scenario.language, scenario.card),
+        reader_(*scenario.language, past),
         rounds_(scenario.definitions) {}
 
   void CheckAll() {
     Check(scenario_.lines);
-    scenario_.watchers = reader_.watchers();
+    scenario_.card = past_.card;
+    scenario_.watchers = past_.watchers;
   }
 
  private:
@@ -46,26 +48,27 @@ class Checker {
     } else if (line.kind == Kind::kCard) {
       CheckCard(line);
     } else if (CheckTexts(line)) {
-      if (statements_ == kMaxStatements) throw TooLong(line);
+      if (statements_ == most_statements_) throw TooLong(line);
       CheckOrder(line, reader_.Read(line, rounds_));
       ++statements_;
+      past_.begun = true;
     }
   }
 
   void CheckCard(const SourceLine& line) {
     const Token& name = line.words[0];
-    if (rounds_.size() > scenario_.definitions.size() || statements_ > 0 || card_given_) {
+    if (rounds_.size() > scenario_.definitions.size() || past_.begun) {
       throw SyntaxError{name.offset, "\"card\" comes once, before everything else"};
     }
-    card_given_ = true;
-    scenario_.card = reader_.ReadCard(line, rounds_);
+    past_.begun = true;
+    past_.card = reader_.ReadCard(line, rounds_);
   }
 
   void CheckLoop(const SourceLine& line) {
     const Loop loop = reader_.ReadLoop(line, rounds_);
     const auto rounds = static_cast<std::size_t>(loop.last - loop.first) + 1;
     loop_rounds_ += rounds;
-    if (loop_rounds_ > kMaxStatements || statements_ + rounds * Statements(line.body) > kMaxStatements) {
+    if (loop_rounds_ > most_statements_ || statements_ + rounds * Statements(line.body) > most_statements_) {
       throw TooLong(line);
     }
     for (std::int64_t value = loop.first; value <= loop.last; ++value) {
@@ -82,9 +85,9 @@ class Checker {
     return count;
   }
 
-  static SyntaxError TooLong(const SourceLine& line) {
+  SyntaxError TooLong(const SourceLine& line) const {
     return {line.words[0].offset,
-            "the scenario has more than " + std::to_string(kMaxStatements) + " lines with the rounds of its loops"};
+            "the scenario has more than " + std::to_string(most_statements_) + " lines with the rounds of its loops"};
   }
 
   /// Whether counters can be replaced in the line as a whole, which a step shows, and in each line of its block.
@@ -113,21 +116,22 @@ class Checker {
     const Token& name = line.words[0];
     switch (statement.kind) {
       case Kind::kStart:
-        if (!last_request_.empty()) {
+        if (past_.started) {
           throw SyntaxError{name.offset,
                             "\"start\" comes before every request; without it the module starts first of all"};
         }
         scenario_.starts_itself = true;
         break;
       case Kind::kExpectation:
-        if (statement.about == About::kPacket && !is_packet_ && unusable_.empty()) {
-          throw SyntaxError{name.offset, last_request_.empty() ? "no packet comes before this expectation of its way"
-                                                               : Quoted(last_request_) + " sends no packet"};
+        if (statement.about == About::kPacket && !past_.is_packet && unusable_.empty()) {
+          throw SyntaxError{name.offset, past_.last_request.empty()
+                                             ? "no packet comes before this expectation of its way"
+                                             : Quoted(past_.last_request) + " sends no packet"};
         }
-        if (statement.about == About::kResult && !has_result_ && unusable_.empty()) {
-          throw SyntaxError{name.offset, last_request_.empty()
+        if (statement.about == About::kResult && !past_.has_result && unusable_.empty()) {
+          throw SyntaxError{name.offset, past_.last_request.empty()
                                              ? "no request comes before this expectation of its result"
-                                             : Quoted(last_request_) + " has no result"};
+                                             : Quoted(past_.last_request) + " has no result"};
         }
         return;
       case Kind::kRequest:
@@ -135,9 +139,10 @@ class Checker {
       case Kind::kPacket: break;
       default: return;
     }
-    last_request_ = name.text;
-    has_result_ = statement.kind == Kind::kRequest;
-    is_packet_ = statement.kind == Kind::kPacket;
+    past_.started = true;
+    past_.last_request = name.text;
+    past_.has_result = statement.kind == Kind::kRequest;
+    past_.is_packet = statement.kind == Kind::kPacket;
   }
 
   /// Once is enough for a line of a loop.
@@ -148,17 +153,15 @@ class Checker {
   }
 
   Scenario& scenario_;
+  Past& past_;
+  const std::size_t most_statements_;
   const Report& report_;
   LineReader reader_;
   Counters rounds_;
-  bool card_given_ = false;
   std::size_t statements_ = 0;
   std::size_t loop_rounds_ = 0;             ///< of all loops, empty ones too
   std::set<const SourceLine*> unusable_{};  ///< lines that were reported
   std::set<const SourceLine*> whole_{};     ///< lines that were looked at as a whole
-  std::string_view last_request_;
-  bool has_result_ = false;
-  bool is_packet_ = false;
 };
 
 /// The number of characters in UTF-8 text.
@@ -182,7 +185,13 @@ std::string Complaint::Text() const {
 
 ParsedScenario ParseScenario(const Language& language, const std::string& file, std::string text,
                              const Counters& definitions) {
+  return ParseScenario(language, {file, std::move(text)}, definitions, {}, kMostStatements);
+}
+
+ParsedScenario ParseScenario(const Language& language, SourceText text, const Counters& definitions, Past past,
+                             std::size_t most_statements) {
   ParsedScenario parsed;
+  parsed.past = std::move(past);
   Scenario& scenario = parsed.scenario;
   const Report report = [&](const SourceLine& line, const SyntaxError& error) {
     if (parsed.complaints.size() == kMaxComplaints) {
@@ -195,12 +204,12 @@ ParsedScenario ParseScenario(const Language& language, const std::string& file, 
                                  error.message, error.usage, std::string(line.text.substr(begin, kShown)),
                                  error.offset - begin});
   };
-  scenario.file = file;
+  scenario.file = text.file;
   scenario.language = &language;
   scenario.definitions = definitions;
-  scenario.texts.push_back({file, std::move(text)});
+  scenario.texts.push_back(std::move(text));
   scenario.lines = ReadSource(language, scenario.texts, report);
-  Checker(scenario, report).CheckAll();
+  Checker(scenario, parsed.past, most_statements, report).CheckAll();
   std::stable_sort(parsed.complaints.begin(), parsed.complaints.end(), [](const Complaint& a, const Complaint& b) {
     return std::tie(a.file, a.line) < std::tie(b.file, b.line);
   });

@@ -22,7 +22,8 @@ class Reader {
         text_(texts.back()),
         rest_(text_.whole),
         path_(std::move(path)),
-        report_(report) {
+        report_(report),
+        number_(text_.first_line - 1) {
     constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
     if (rest_.substr(0, kByteOrderMark.size()) == kByteOrderMark) rest_.remove_prefix(kByteOrderMark.size());
   }
@@ -155,7 +156,7 @@ class Reader {
   std::string_view rest_;
   const std::vector<std::filesystem::path> path_;
   const Report& report_;
-  unsigned number_ = 0;
+  unsigned number_;
 };
 
 }  // namespace

@@ -30,7 +30,8 @@ struct SourceLine {
 struct SourceText {
   std::string file;  ///< its name in messages
   std::string whole;
-  Texts words{};  ///< those that do not stand in it as they are
+  unsigned first_line = 1;  ///< its number in messages
+  Texts words{};            ///< those that do not stand in it as they are
 };
 
 using Report = std::function<void(const SourceLine&, const SyntaxError&)>;

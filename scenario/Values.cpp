@@ -9,7 +9,6 @@
 #include "softcard/Card.h"
 
 namespace scenario {
-namespace {
 
 const Names kStatuses = {
     {"BCM_E_NONE", 0},       {"BCM_E_INTERNAL", -1}, {"BCM_E_MEMORY", -2},    {"BCM_E_UNIT", -3},
@@ -18,9 +17,7 @@ const Names kStatuses = {
     {"BCM_E_DISABLED", -12}, {"BCM_E_BADID", -13},   {"BCM_E_RESOURCE", -14}, {"BCM_E_CONFIG", -15},
     {"BCM_E_UNAVAIL", -16},  {"BCM_E_INIT", -17},    {"BCM_E_PORT", -18},
 };
-const Names kTruth = {{"false", 0}, {"true", 1}};
 
-/// The names of the functions that program or ask the card; of those alone whose result a fault can replace.
 std::vector<std::string> FunctionNames(bool refusable) {
   std::vector<std::string> names;
   for (const calls::Function& function : calls::kFunctions) {
@@ -30,6 +27,10 @@ std::vector<std::string> FunctionNames(bool refusable) {
   }
   return names;
 }
+
+namespace {
+
+const Names kTruth = {{"false", 0}, {"true", 1}};
 
 template <typename T>
 constexpr long long Lowest() {

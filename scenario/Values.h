@@ -57,6 +57,10 @@ std::string ToCallPattern(const Token& word);
 std::string ToTable(const Token& word);
 std::vector<std::string> ToTables(const Token& word);
 
+/// The names of the functions that program or ask the card; of those alone whose result a fault can replace.
+std::vector<std::string> FunctionNames(bool refusable);
+
+extern const Names kStatuses;
 extern const Names kVlanCapabilities;
 extern const Names kMplsCapabilities;
 extern const Names kActions;

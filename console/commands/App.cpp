@@ -28,6 +28,7 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddDiagnose(*app, console);
   AddReplay(*app, console);
   AddScenario(*app, console);
+  AddShell(*app, console);
   return app;
 }
 

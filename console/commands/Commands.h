@@ -42,6 +42,7 @@ void AddSweep(CLI::App& app, Console& console);
 void AddDiagnose(CLI::App& app, Console& console);
 void AddReplay(CLI::App& app, Console& console);
 void AddScenario(CLI::App& app, Console& console);
+void AddShell(CLI::App& app, Console& console);
 
 }  // namespace console
 

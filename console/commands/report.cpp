@@ -69,10 +69,10 @@ ExitStatus Report(const ReportOptions& options, Console& console) {
   };
   if (options.no_sweep) {
     Nobody nobody;
-    scenario::RunScenario(*scenario, console.card, {false, false, describe}, nobody);
+    scenario::RunScenario(*scenario, console.card, {false, false, false, describe}, nobody);
   } else {
     SweepReport sweep;
-    SweepWithProgress(*scenario, console.card, console.ledger, {false, false, describe}, sweep);
+    SweepWithProgress(*scenario, console.card, console.ledger, {false, false, false, describe}, sweep);
     page.sweep = sweep.Json();
   }
   diagnosis::WriteWhole(options.output, page.Html());

@@ -84,12 +84,6 @@ class All : public scenario::Observer {
   const std::vector<scenario::Observer*> observers_;
 };
 
-bool WantsColour(const std::string& choice) {
-  if (choice != "auto") return choice == "always";
-  const char* const no_colour = std::getenv("NO_COLOR");
-  return isatty(STDOUT_FILENO) && (no_colour == nullptr || *no_colour == '\0');
-}
-
 std::unique_ptr<scenario::Observer> Printer(const RunOptions& options) {
   if (options.json) return std::make_unique<JsonPrinter>(std::cout);
   const Detail detail = options.quiet ? Detail::kFailures : options.summary ? Detail::kRequests : Detail::kCalls;

@@ -55,9 +55,7 @@ std::vector<Row> Counters::Rows(const Ports& ports) const {
       rows.push_back({&kDescription, calls::ToValue(what), {value(count.packets), value(count.bytes)}});
     }
   };
-  for (const auto& [id, count] : Sorted(destinations_)) {
-    append("destination " + std::to_string(id), count);
-  }
+  for (const auto& [id, count] : Sorted(destinations_)) append("destination " + std::to_string(id), count);
   for (int port = 0; port < static_cast<int>(ports_.size()); ++port) {
     append(ports.Name(port) + " in", in(port));
     append(ports.Name(port) + " out", out(port));

@@ -7,6 +7,7 @@
 #include "diagnosis/Refusals.h"
 #include "diagnosis/Statements.h"
 #include "scenario/Run.h"
+#include "scenario/Session.h"
 
 using diagnosis::Attempt;
 using diagnosis::Finding;
@@ -286,6 +287,25 @@ TEST_F(AnAudit, WatchesOnlyTheScenariosThatAskForIt) {
   EXPECT_TRUE(scenario::ParseScenario(language_, "", "install-vrf 1\n").scenario.watchers.empty());
   EXPECT_EQ(scenario::ParseScenario(language_, "", "audit\n").scenario.watchers.count(&ledger_), 1U);
   EXPECT_EQ(scenario::ParseScenario(language_, "", "expect clean\n").scenario.watchers.count(&ledger_), 1U);
+}
+
+TEST_F(AnAudit, OfACardThatLivesOnNamesTheLastRequestsAndForgetsTheOthers) {
+  struct : scenario::Observer {
+    void Took(const scenario::Step&) override {}
+    void Ended(const std::string&, const scenario::Tally&) override {}
+  } nobody;
+  diagnosis::Ledger ledger(10);
+  scenario::Session session(language_, softcard::Card::Get(), {}, {&ledger});
+  unsigned line = 0;
+  const auto say = [&](const std::string& text) {
+    EXPECT_FALSE(session.Do({"live", text + '\n', ++line}, nobody).unusable()) << text;
+  };
+  const auto cause = [&] { return diagnosis::Audit(softcard::Card::Get(), ledger).at(0).cause; };
+  say("install-vrf 1\ninstall-vlan 10 lim=vlan100 vrf=2 mtu=1500 mac=00:00:5e:00:01:01");
+  const std::string before = cause();
+  for (int i = 0; i < 100; ++i) say("install-vrf 3\ndestroy-vrf 3");
+  EXPECT_EQ(cause(), before);
+  EXPECT_EQ(before.rfind("live:2: install-vlan 10", 0), 0U) << before;
 }
 
 TEST_F(AnAudit, IsAStatementAndAnExpectation) {

@@ -1,0 +1,100 @@
+#include "console/shell/Shell.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "console/Definitions.h"
+#include "console/Input.h"
+#include "console/TextPrinter.h"
+#include "console/commands/Commands.h"
+#include "scenario/Completion.h"
+#include "scenario/Session.h"
+#include "scenario/SourceFile.h"
+
+namespace console {
+namespace {
+
+using Outcome = ShellCard::Outcome;
+
+struct ShellOptions {
+  std::vector<std::string> paths;
+  std::vector<std::string> definitions;
+  bool all_calls = false;
+  bool hex = false;
+  std::string colour = "auto";
+};
+
+/// The card of this process.
+class OwnCard : public ShellCard {
+ public:
+  OwnCard(Console& console, const ShellOptions& options, scenario::Counters definitions)
+      : console_(console),
+        definitions_(std::move(definitions)),
+        printer_(std::cout, {Detail::kCalls, WantsColour(options.colour), 0, options.hex}),
+        session_(console.language, console.card, {options.all_calls, false}, {&console.ledger}) {}
+
+  Outcome Do(scenario::SourceText lines) override {
+    const scenario::Answer answer = session_.Do(std::move(lines), printer_, definitions_);
+    std::cout.flush();
+    std::cerr << answer.Why();
+    if (answer.unusable()) return Outcome::kUnusable;
+    return answer.failed > 0 ? Outcome::kSomeFailed : Outcome::kAllHold;
+  }
+
+  std::vector<std::string> Complete(const std::string& line) override {
+    return scenario::Completions(console_.language, console_.card, line);
+  }
+
+ private:
+  Console& console_;
+  const scenario::Counters definitions_;
+  TextPrinter printer_;
+  scenario::Session session_;
+};
+
+ExitStatus StatusOf(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::kAllHold: return kAllHold;
+    case Outcome::kSomeFailed: return kSomeFailed;
+    case Outcome::kUnusable:
+    case Outcome::kGone: break;
+  }
+  return kUnusable;
+}
+
+ExitStatus RunOwn(const ShellOptions& options, Console& console) {
+  auto definitions = ReadDefinitions(options.definitions);
+  const auto paths = Scenarios(options.paths);
+  if (!definitions || !paths) return kUnusable;
+  OwnCard card(console, options, std::move(*definitions));
+  for (const std::string& path : *paths) {
+    if (card.Do({path, scenario::ReadFile(path)}) == Outcome::kUnusable) return kUnusable;
+  }
+  return StatusOf(RunShell(console.language, card));
+}
+
+}  // namespace
+
+void AddShell(CLI::App& app, Console& console) {
+  CLI::App* const shell = app.add_subcommand("shell", "Takes statements line by line, on a card of its own");
+  const auto options = std::make_shared<ShellOptions>();
+  shell
+      ->add_option("FILE", options->paths,
+                   "Scenarios, or directories with *.scn files, that come before the first line")
+      ->type_name("");
+  shell->add_option("-D,--define", options->definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
+      ->type_name("DEFINITION")
+      ->expected(1)
+      ->take_all();
+  shell->add_flag("-a,--all-calls", options->all_calls, "Print what the module looks at, too");
+  shell->add_flag("--hex", options->hex, "Print the bytes of frames that leave, too");
+  shell->add_option("--color", options->colour, "auto: colours on a terminal, unless NO_COLOR is set")
+      ->check(CLI::IsMember({"auto", "always", "never"}))
+      ->capture_default_str();
+  shell->callback([&console, options] { console.status = RunOwn(*options, console); });
+}
+
+}  // namespace console
