@@ -14,23 +14,22 @@
 namespace console {
 namespace {
 
-constexpr unsigned kLongest = 60;  // seconds, for a picture
 constexpr int kNoProgram = 127;
 
-/// Runs `dot -TFORMAT -o TO FROM`; its exit status.
-int RunDot(const std::string& format, const std::string& from, const std::string& to) {
+/// Runs `dot -TFORMAT -o TO FROM`; its exit status, or the signal that ended it, negative.
+int RunDot(const std::string& format, const std::string& from, const std::string& to, unsigned seconds) {
   const pid_t process = fork();
   if (process < 0) throw std::runtime_error("there is no room for another process; try again later");
   if (process == 0) {
     // What draws longer is ended by the clock that it inherits.
-    alarm(kLongest);
+    alarm(seconds);
     const std::string option = "-T" + format;
     execlp("dot", "dot", option.c_str(), "-o", to.c_str(), from.c_str(), static_cast<char*>(nullptr));
     _exit(kNoProgram);
   }
   int status = 0;
   waitpid(process, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
 }
 
 std::string ReadAll(const std::string& path) {
@@ -62,13 +61,17 @@ class Folder {
 
 }  // namespace
 
-std::string Drawn(const std::string& format, const std::string& dot) {
+std::string Drawn(const std::string& format, const std::string& dot, unsigned seconds) {
   const Folder folder;
   const std::string from = folder.Path("card.dot"), to = folder.Path("picture");
   diagnosis::WriteWhole(from, dot);
-  const int status = RunDot(format, from, to);
+  const int status = RunDot(format, from, to, seconds);
   if (status == kNoProgram) {
     throw std::runtime_error("Graphviz's program dot is missing; install the package graphviz, or write a .dot file");
+  }
+  if (status == -SIGALRM) {
+    throw std::runtime_error("Graphviz did not draw the picture within " + std::to_string(seconds) +
+                             " s; draw one destination, or write a .dot file");
   }
   if (status != 0) throw std::runtime_error("Graphviz could not draw the picture; a .dot file shows what it was given");
   return ReadAll(to);

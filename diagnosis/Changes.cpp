@@ -17,6 +17,12 @@ void Sort(Rows& rows) {
                    [&rank](const softcard::Row& a, const softcard::Row& b) { return rank(a) < rank(b); });
 }
 
+/// Routes of several VRFs have the same name.
+std::string IdentityOf(const softcard::Row& row) {
+  const bool is_route = row.table == &softcard::RouteTable::kDescription;
+  return softcard::NameOf(row) + (is_route ? ' ' + std::to_string(std::get<std::int64_t>(row.values[0])) : "");
+}
+
 }  // namespace
 
 Changes Compare(const Rows& before, const Rows& after) { return {Without(before, after), Without(after, before)}; }
@@ -37,8 +43,20 @@ void RequestChanges::Took(const scenario::Step& step) {
     if (was_there) rows_.erase(known);
     if (row) rows_.emplace(place, *row);
   }
+  if (trace->own_row) Follow(*trace->own_row, changes);
   for (Rows* rows : {&changes.took, &changes.put}) Sort(*rows);
   if (!changes.took.empty() || !changes.put.empty()) tell_(step, changes);
+}
+
+void RequestChanges::Follow(const scenario::OwnRow& own, Changes& changes) {
+  const std::string identity = IdentityOf(own.row);
+  const auto known = own_rows_.find(identity);
+  const bool was_there = known != own_rows_.end();
+  if (was_there && own.is_there && softcard::Text(known->second) == softcard::Text(own.row)) return;
+  if (was_there) changes.took.push_back(known->second);
+  if (own.is_there) changes.put.push_back(own.row);
+  if (was_there) own_rows_.erase(known);
+  if (own.is_there) own_rows_.emplace(identity, own.row);
 }
 
 }  // namespace diagnosis

@@ -19,8 +19,8 @@ struct Changes {
 
 Changes Compare(const Rows& before, const Rows& after);
 
-/// Tells of each request which rows it took and which it put, by looking at those alone that its calls are about.
-/// Watches a run from its beginning.
+/// Tells of each request which rows it took and which it put, by looking at those alone that its calls are about, or
+/// that it wrote by itself. Watches a run from its beginning.
 class RequestChanges : public scenario::Observer {
  public:
   using Tell = std::function<void(const scenario::Step&, const Changes&)>;
@@ -29,12 +29,18 @@ class RequestChanges : public scenario::Observer {
   RequestChanges(const softcard::Card& card, Tell tell) : card_(card), tell_(std::move(tell)) {}
 
   void Took(const scenario::Step& step) override;
-  void Ended(const std::string&, const scenario::Tally&) override { rows_.clear(); }
+  void Ended(const std::string&, const scenario::Tally&) override {
+    rows_.clear();
+    own_rows_.clear();
+  }
 
  private:
+  void Follow(const scenario::OwnRow& own, Changes& changes);
+
   const softcard::Card& card_;
   const Tell tell_;
   std::map<std::pair<std::string_view, std::int64_t>, softcard::Row> rows_;  ///< by table and key, as they are
+  std::map<std::string, softcard::Row> own_rows_;  ///< of tables that statements fill by themselves
 };
 
 /// The rows of the card at a time that a run has marked; none before that.

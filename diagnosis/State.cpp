@@ -82,6 +82,8 @@ Rows ReadRows(const std::string& text) {
 }  // namespace
 
 std::string DescriptionJson(const softcard::CardDescription& card) {
+  Json exp_maps = Json::object();  // by the map's id
+  for (const auto& [id, exps] : card.exp_maps) exp_maps[std::to_string(id)] = exps;
   return Json{{"ports", card.front_ports},
               {"lags", card.lags},
               {"vrfs", card.vrfs},
@@ -93,7 +95,8 @@ std::string DescriptionJson(const softcard::CardDescription& card) {
               {"labels", card.labels},
               {"unit", card.unit},
               {"slot", card.slot},
-              {"exp-map", card.exp_map_id}}
+              {"exp-map", card.exp_map_id},
+              {"exp", exp_maps}}
       .dump();
 }
 

@@ -9,6 +9,7 @@
 
 #include "calls/Event.h"
 #include "softcard/packets/Way.h"
+#include "softcard/tables/Row.h"
 
 namespace scenario {
 
@@ -66,6 +67,12 @@ struct Forwarded {
   softcard::Bytes out{};
 };
 
+/// A row that a statement put on the card by itself, or took from it.
+struct OwnRow {
+  softcard::Row row;  ///< of one that it took the key alone counts, of a route the VRF, too
+  bool is_there;
+};
+
 /// Everything about a request or a packet that expectations can ask.
 struct Trace {
   std::vector<TraceLine> lines;
@@ -73,6 +80,7 @@ struct Trace {
   RequestResult result;
   bool clients_went_on = false;       ///< they made more requests than they may
   std::optional<Forwarded> packet{};  ///< of a packet
+  std::optional<OwnRow> own_row{};    ///< of a statement that fills a table without the module
 };
 
 }  // namespace scenario

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "diagnosis/Changes.h"
 #include "diagnosis/StateDifference.h"
 #include "diagnosis/Statements.h"
@@ -83,6 +85,35 @@ TEST_F(ARun, KnowsTheRowsThatEachRequestTookAndPut) {
       {3, {"+ intf 2", "+ egress 100001", "+ initiator 2", "+ destination 30"}},
       {4, {"- intf 1", "+ intf 1", "+ station 200"}},
       {6, {"- intf 2", "- egress 100001", "- initiator 2", "- destination 30"}}};
+  EXPECT_EQ(told, expected);
+}
+
+TEST_F(ARun, KnowsTheRowsOfTablesThatStatementsFillByThemselves) {
+  std::vector<std::pair<unsigned, Lines>> told;
+  diagnosis::RequestChanges changes(softcard::Card::Get(),
+                                    [&](const scenario::Step& step, const diagnosis::Changes& told_changes) {
+                                      Lines lines;
+                                      for (const auto& row : told_changes.took) lines.push_back("- " + Text(row));
+                                      for (const auto& row : told_changes.put) lines.push_back("+ " + Text(row));
+                                      told.emplace_back(step.line, lines);
+                                    });
+  Run("route 1 10.0.0.0/8 20\nroute 2 10.0.0.0/8 20\nroute 1 10.0.0.0/8 21\nroute 1 10.0.0.0/8 21\n"
+      "no-route 1 10.0.0.0/8\nno-route 1 10.0.0.0/8\nlabel 16 port eth3\nlabel 16 20\nno-label 16\nattach eth4 30\n"
+      "no-attach eth4\nlag lag1 eth5,eth6\n",
+      changes);
+  const std::vector<std::pair<unsigned, Lines>> expected = {
+      {1, {"+ route 10.0.0.0/8: vrf=1 destination=20"}},
+      {2, {"+ route 10.0.0.0/8: vrf=2 destination=20"}},
+      {3, {"- route 10.0.0.0/8: vrf=1 destination=20", "+ route 10.0.0.0/8: vrf=1 destination=21"}},
+      {5, {"- route 10.0.0.0/8: vrf=1 destination=21"}},
+      {7, {"+ label 16: action=pop-port to=eth3"}},
+      {8, {"- label 16: action=pop-port to=eth3", "+ label 16: action=destination to=20"}},
+      {9, {"- label 16: action=destination to=20"}},
+      {10, {"+ attachment eth4: destination=30"}},
+      {11, {"- attachment eth4: destination=30"}},
+      {12, {"+ members lag1: ports=eth5,eth6"}}};
+  // The module's start has lines of its own.
+  told.erase(told.begin(), std::find_if(told.begin(), told.end(), [](const auto& one) { return one.first > 0; }));
   EXPECT_EQ(told, expected);
 }
 
