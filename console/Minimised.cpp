@@ -20,10 +20,8 @@
 namespace console {
 namespace {
 
-using recorder::Step;
-
 constexpr std::size_t kMostTries = 20000;
-constexpr unsigned kMostSeconds = 60;  // of a try
+constexpr unsigned kSecondsOfATry = 60;
 
 /// Ids are the card's to choose, and are others when other requests came before.
 std::string WithoutIds(const std::string& line) {
@@ -52,7 +50,7 @@ struct Written {
 };
 
 /// What a request does that comes last.
-struct Outcome {
+struct Shown {
   std::string failures;    ///< of what it is expected to do
   std::size_t others = 0;  ///< lines about faults of the requests before it
   std::string crash;
@@ -64,7 +62,9 @@ std::size_t CountLines(const std::string& text) {
   return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-bool WasRefused(const Step& step) { return step.result.rfind('-', 0) == 0 || step.result.rfind("threw", 0) == 0; }
+bool WasRefused(const recorder::Step& step) {
+  return step.result.rfind('-', 0) == 0 || step.result.rfind("threw", 0) == 0;
+}
 
 class Minimiser {
  public:
@@ -72,13 +72,13 @@ class Minimiser {
       : language_(language), card_(card), header_(recording->header()), terms_(recording->terms()) {
     while (auto entry = recording->Next()) entries_.push_back(*std::move(entry));
     for (const recorder::Entry& entry : entries_) {
-      if (const auto* step = std::get_if<Step>(&entry)) steps_.push_back(step);
+      if (const auto* step = std::get_if<recorder::Step>(&entry)) steps_.push_back(step);
     }
   }
 
   /// The place among the steps.
   std::size_t Target(std::optional<std::size_t> line) const {
-    const auto is_it = [&](const Step* step) { return line ? step->line == *line : WasRefused(*step); };
+    const auto is_it = [&](const recorder::Step* step) { return line ? step->line == *line : WasRefused(*step); };
     if (!line) {
       if (const auto differs = FirstThatDiffers()) return *differs;
     }
@@ -92,12 +92,12 @@ class Minimiser {
   std::string Minimised(std::size_t target) const {
     std::vector<std::size_t> before(target);
     for (std::size_t i = 0; i < target; ++i) before[i] = i;
-    const Outcome whole = Try(before, target);
+    const Shown whole = Try(before, target);
     const bool shows_progress = isatty(STDERR_FILENO) != 0;
     std::size_t tries = 0;
     const auto minimised = diagnosis::Minimise(target, kMostTries, [&](const std::vector<std::size_t>& kept) {
       if (shows_progress) std::cerr << "\r\033[K" << ++tries << " tries, " << kept.size() << " requests" << std::flush;
-      const Outcome outcome = Try(kept, target);
+      const Shown outcome = Try(kept, target);
       return outcome.failures == whole.failures && outcome.crash == whole.crash && outcome.others <= whole.others;
     });
     if (shows_progress) std::cerr << "\r\033[K" << std::flush;
@@ -105,8 +105,8 @@ class Minimiser {
   }
 
  private:
-  std::string Summary(const diagnosis::Minimised& minimised, std::size_t target, const Outcome& whole) const {
-    const Step& step = *steps_[target];
+  std::string Summary(const diagnosis::Minimised& minimised, std::size_t target, const Shown& whole) const {
+    const recorder::Step& step = *steps_[target];
     return "Of " + std::to_string(target) + " requests before line " + std::to_string(step.line) + "'s, " +
            std::to_string(minimised.kept.size()) +
            " are kept: after them it does what it does after all of them on a " + "software card, " +
@@ -134,7 +134,7 @@ class Minimiser {
     std::size_t step = 0;
     for (const recorder::Entry& entry : entries_) {
       if (std::holds_alternative<recorder::Standing>(entry)) writer.Write(entry);
-      if (!std::holds_alternative<Step>(entry)) continue;
+      if (!std::holds_alternative<recorder::Step>(entry)) continue;
       written.lines.push_back(CountLines(writer.text()));
       if (is_kept(step)) writer.Write(entry, expects(step));
       if (step++ == last) break;
@@ -143,10 +143,10 @@ class Minimiser {
     return written;
   }
 
-  Outcome Try(const std::vector<std::size_t>& kept, std::size_t target) const {
+  Shown Try(const std::vector<std::size_t>& kept, std::size_t target) const {
     const Written written = Write(kept, target, "");
     const Ending ending = Run(written.text);
-    Outcome outcome{"", 0, ending.crash};
+    Shown outcome{"", 0, ending.crash};
     ForEachFailure(ending.report, [&](std::size_t line, const std::string& text) {
       if (line > written.lines.back()) {
         outcome.failures += text + '\n';
@@ -182,7 +182,7 @@ class Minimiser {
   }
 
   Ending Run(const std::string& text) const {
-    Processes processes(kMostSeconds);
+    Processes processes(kSecondsOfATry);
     if (processes.Begin()) {
       Failures failures;
       auto parsed = scenario::ParseScenario(language_, "recording", text);
@@ -201,7 +201,7 @@ class Minimiser {
   const recorder::Header header_;
   const diagnosis::CardTerms& terms_;
   std::vector<recorder::Entry> entries_;
-  std::vector<const Step*> steps_;
+  std::vector<const recorder::Step*> steps_;
 };
 
 }  // namespace

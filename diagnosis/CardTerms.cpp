@@ -32,7 +32,7 @@ void ReplaceLimIdText(std::string* line, const std::string& text) {
   if (begin != std::string::npos && end != std::string::npos) line->replace(begin, end + 1 - begin, text);
 }
 
-const std::int64_t* Number(const calls::Value& value) { return std::get_if<std::int64_t>(&value); }
+const std::int64_t* NumberIn(const calls::Value& value) { return std::get_if<std::int64_t>(&value); }
 
 /// The lim id that a call is about.
 std::int64_t* LimIdOf(calls::Call* call) {
@@ -85,7 +85,7 @@ void CardTerms::Learn(const Standing& standing) {
 
 void CardTerms::Learn(const calls::Call& call) {
   const std::string_view name = call.function->name;
-  const std::int64_t* const result = Number(call.result);
+  const std::int64_t* const result = NumberIn(call.result);
   if (!result || *result < 0) return;
   if (name == "fm_local_slot") description_.slot = static_cast<int>(*result);
   if (name == "HalBcmCommon::GetMplsExpMapId") description_.exp_map_id = static_cast<int>(*result);
@@ -97,7 +97,7 @@ void CardTerms::Learn(const calls::Call& call) {
   if (name == "limid_is_from_type_ethernet") answers.is_ethernet = *result != 0;
   if (name == "limid_to_l3_vlan_vlanid") answers.vlan = static_cast<unsigned>(*result);
   if (name != "limid_is_from_type") return;
-  const std::int64_t* const type = Number(call.arguments[1]);
+  const std::int64_t* const type = NumberIn(call.arguments[1]);
   if (type && *type == limid_type_cpuport) answers.is_cpu = *result != 0;
   if (type && *type == limid_type_lag) answers.is_lag = *result != 0;
 }
@@ -236,7 +236,7 @@ void CardTerms::Translate(calls::Call* call, LimText* lim) const {
   const limid_t recorded{static_cast<std::uint32_t>(*word)};
   const limid_t limid = OnCard(recorded);
   *word = limid.word;
-  const std::int64_t* const result = Number(call->result);
+  const std::int64_t* const result = NumberIn(call->result);
   const bool succeeded = result && *result >= 0;
   const std::string_view name = call->function->name;
   if (name == "limid_to_type") *lim = {"", succeeded ? softcard::LimIdType(limid) : 0, 0, limid.word != recorded.word};

@@ -8,6 +8,7 @@
 
 #include "calls/MakeCall.h"
 #include "recorder/Player.h"
+#include "recorder/Shape.h"
 
 /// Answers every call of a platform function as recorded; with nothing where nothing was recorded.
 namespace recorder {
@@ -32,18 +33,10 @@ Result As(const calls::Value& value) {
   }
 }
 
-/// `arguments` are those that the function's description names; `write` writes through a pointer what a recorded call
-/// brought back.
-template <int kIndex, typename Result, typename Arguments, typename Write, typename... Values>
-Result Through(const Arguments& arguments, const Write& write, Values... /*values*/) {
-  constexpr const calls::Function& function = calls::kFunctions[kIndex];
-  static_assert(std::tuple_size_v<Arguments> == function.argument_count());
-  const calls::Call* const recorded = Player::Get().Answer(calls::MakeCall(function, arguments));
-  if (recorded) write(*recorded);
-  if constexpr (!std::is_void_v<Result>) return As<Result>(recorded ? recorded->result : calls::Value());
+/// Writes through a pointer what a recorded call brought back.
+inline auto Written() {
+  return [](const calls::Call&) {};
 }
-
-inline constexpr auto kNothingWritten = [](const calls::Call&) {};
 inline auto Written(IntfObject** object) {
   return [object](const calls::Call& call) {
     if (As<bool>(call.result)) *object = The<IntfObject>();
@@ -72,11 +65,17 @@ inline auto Written(char* name, std::size_t size) {
 
 template <int kIndex, typename Result, typename... Values>
 Result Plain(Values... values) {
-  return Through<kIndex, Result>(calls::Args(values...), kNothingWritten);
+  constexpr const calls::Function& function = calls::kFunctions[kIndex];
+  const auto arguments = Shape<kIndex>::Arguments(values...);
+  static_assert(std::tuple_size_v<decltype(Shape<kIndex>::Arguments(values...))> == function.argument_count());
+  const calls::Call* const recorded = Player::Get().Answer(calls::MakeCall(function, arguments));
+  const auto write = std::apply([](auto... outputs) { return Written(outputs...); }, Shape<kIndex>::Outputs(values...));
+  if (recorded) write(*recorded);
+  if constexpr (!std::is_void_v<Result>) return As<Result>(recorded ? recorded->result : calls::Value());
 }
 template <int kIndex, typename Result, typename Object, typename... Values>
 Result Member(Object* /*object*/, Values... values) {
-  return Through<kIndex, Result>(calls::Args(values...), kNothingWritten);
+  return Plain<kIndex, Result>(values...);
 }
 
 }  // namespace recorder

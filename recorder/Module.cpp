@@ -244,6 +244,7 @@ bool IsInFront() {
   static const bool in_front = [] {
     Recorder& recorder = Recorder::Get();
     if (recorder.is_wanted() && !FindPlatform()) recorder.GiveUp();
+    if (!recorder.is_wanted()) nothing_is_recorded = true;
     return recorder.is_wanted();
   }();
   return in_front;

@@ -18,9 +18,7 @@
 #include "recorder/Note.h"
 #endif
 
-using calls::Args;
 using calls::Named;
-using calls::ToValue;
 using namespace recorder;
 
 extern "C" {
@@ -32,25 +30,21 @@ int bcm_switch_control_set(int unit, bcm_switch_control_t type, int arg) {
   return Plain<Named("bcm_switch_control_set"), int>(unit, type, arg);
 }
 void bcm_mpls_egress_label_t_init(bcm_mpls_egress_label_t* label) {
-  Through<Named("bcm_mpls_egress_label_t_init"), void>(Args(), Written(label), label);
+  Plain<Named("bcm_mpls_egress_label_t_init"), void>(label);
 }
 int bcm_mpls_tunnel_initiator_set(int unit, int intf, int num_labels, bcm_mpls_egress_label_t* label_array) {
-  return Through<Named("bcm_mpls_tunnel_initiator_set"), int>(
-      Args(unit, intf, num_labels, calls::LabelArray{label_array, num_labels}), kNothingWritten, unit, intf, num_labels,
-      label_array);
+  return Plain<Named("bcm_mpls_tunnel_initiator_set"), int>(unit, intf, num_labels, label_array);
 }
 int bcm_mpls_tunnel_initiator_clear(int unit, int intf) {
   return Plain<Named("bcm_mpls_tunnel_initiator_clear"), int>(unit, intf);
 }
 
-int limid_to_type(limid_t limid, unsigned char* type) {
-  return Through<Named("limid_to_type"), int>(Args(limid), Written(type), limid, type);
-}
+int limid_to_type(limid_t limid, unsigned char* type) { return Plain<Named("limid_to_type"), int>(limid, type); }
 int limid_to_ifindex(limid_t limid, unsigned int* ifindex) {
-  return Through<Named("limid_to_ifindex"), int>(Args(limid), Written(ifindex), limid, ifindex);
+  return Plain<Named("limid_to_ifindex"), int>(limid, ifindex);
 }
 int limid_to_intfname(limid_t limid, char* name, size_t size) {
-  return Through<Named("limid_to_intfname"), int>(Args(limid, size), Written(name, size), limid, name, size);
+  return Plain<Named("limid_to_intfname"), int>(limid, name, size);
 }
 int limid_is_from_type(limid_t limid, limid_type_t type) {
   return Plain<Named("limid_is_from_type"), int>(limid, type);
@@ -98,7 +92,7 @@ int IntfManager::DeleteIntf(int unit, int intf) {
   return Member<Named("IntfManager::DeleteIntf"), int>(this, unit, intf);
 }
 bool IntfManager::GetIntfObject(int intf, IntfObject** object) {
-  return Through<Named("IntfManager::GetIntfObject"), bool>(Args(intf), Written(object), this, intf, object);
+  return Member<Named("IntfManager::GetIntfObject"), bool>(this, intf, object);
 }
 
 int EgressManager::CreateEgress(int intf, unsigned char* mac, unsigned short vlan_id, int unit, int port,

@@ -73,20 +73,30 @@ class ProtocolControl {
 
 }  // namespace
 
-HalCallbacksItf* HalCallbacksItf::getInstance() {
-  HalCallbacksItf* const callbacks = Plain<Named("HalCallbacksItf::getInstance"), HalCallbacksItf*>();
-  return Within::Here() == Place::kRequest && callbacks ? Log::InFrontOf(callbacks) : callbacks;
+namespace {
+
+HalCallbacksItf* NotedCallbacks() {
+  constexpr int kIndex = Named("HalCallbacksItf::getInstance");
+  HalCallbacksItf* const callbacks = NotedPlain<kIndex, HalCallbacksItf*>();
+  return callbacks ? Log::InFrontOf(callbacks) : callbacks;
 }
 
-HalBcmCommon* HalBcmCommon::GetInstance() {
-  const auto next = reinterpret_cast<HalBcmCommon* (*)()>(Next(Named("HalBcmCommon::GetInstance")));
-  if (Within::Here() != Place::kRequest) return next();
+HalBcmCommon* NotedCommon() {
+  constexpr int kIndex = Named("HalBcmCommon::GetInstance");
   // Seen before it is noted: the recording's header tells the unit that it holds.
-  HalBcmCommon* const common = next();
+  HalBcmCommon* const common = reinterpret_cast<HalBcmCommon* (*)()>(Next(kIndex))();
   Recorder::Get().See(common);
-  Recorder::Get().Note([] { return calls::Call{&calls::kFunctions[Named("HalBcmCommon::GetInstance")], {}}; });
+  Recorder::Get().Note([] { return calls::Call{&calls::kFunctions[kIndex], {}}; });
   return common;
 }
+
+}  // namespace
+
+HalCallbacksItf* HalCallbacksItf::getInstance() {
+  return Way<Named("HalCallbacksItf::getInstance"), NotedCallbacks>::Go();
+}
+
+HalBcmCommon* HalBcmCommon::GetInstance() { return Way<Named("HalBcmCommon::GetInstance"), NotedCommon>::Go(); }
 
 extern "C" {
 
