@@ -27,6 +27,8 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddDiagnose(*app, console);
   AddReplay(*app, console);
   AddScenario(*app, console);
+  AddServe(*app, console);
+  AddCtl(*app, console);
   return app;
 }
 
