@@ -60,7 +60,7 @@ if(HAL_PLATFORM STREQUAL "softcard")
   pkg_config(softcard softcard "A line card in software, the platform of ${package}" ${package})
   install(DIRECTORY scenarios/ DESTINATION ${CMAKE_INSTALL_DATADIR}/softcard/scenarios COMPONENT softcard)
   # The command contains these libraries.
-  foreach(library libcli11-dev:CLI11 nlohmann-json3-dev:nlohmann-json)
+  foreach(library libcli11-dev:CLI11 nlohmann-json3-dev:nlohmann-json libasio-dev:asio)
     string(REPLACE ":" ";" library ${library})
     list(POP_FRONT library package_name name)
     install(FILES /usr/share/doc/${package_name}/copyright RENAME copyright.${name}

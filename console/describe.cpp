@@ -42,7 +42,11 @@ void Manual(const CLI::App& app, const scenario::Language& language) {
   std::cout << ".TH SOFTCARD 1 \"\" \"softcard " SOFTCARD_VERSION "\"\n.SH NAME\nsoftcard \\- line card in software\n"
             << ".SH SYNOPSIS\n";
   for (const CLI::App* subcommand : SubcommandsOf(app)) {
-    std::cout << ".B softcard " << subcommand->get_name() << "\n[OPTIONS] FILE\n.br\n";
+    std::cout << ".B softcard " << subcommand->get_name() << "\n[OPTIONS]";
+    for (const CLI::Option* option : subcommand->get_options()) {
+      if (option->get_positional()) std::cout << ' ' << Escaped(NameOf(*option));
+    }
+    std::cout << "\n.br\n";
   }
   std::cout << ".SH DESCRIPTION\n" << Escaped(app.get_description()) << '\n';
   for (const CLI::App* subcommand : SubcommandsOf(app)) {

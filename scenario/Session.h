@@ -69,6 +69,7 @@ class Session {
   Answer Do(SourceText text, Observer& observer, const Counters& definitions = {},
             std::size_t most_statements = kMostStatements);
 
+  const softcard::Card& card() const { return card_; }
   Tally tally() const { return runner_ ? runner_->tally() : Tally{}; }
 
  private:

@@ -108,6 +108,11 @@ class Reader {
       if (std::count(path.begin(), path.end(), path.back()) > 1) {
         throw SyntaxError{name.offset, Quoted(file.string()) + " includes itself"};
       }
+      // Whoever waits for a pipe or a terminal may wait for ever.
+      const auto kind = std::filesystem::status(file, none).type();
+      if (kind == std::filesystem::file_type::fifo || kind == std::filesystem::file_type::character) {
+        throw SyntaxError{name.offset, Quoted(file.string()) + " is no file that can be read twice; name one that is"};
+      }
       std::size_t most = kMostSource;
       for (const SourceText& text : all_texts_) most -= std::min(most, text.whole.size() + 1);
       try {

@@ -29,6 +29,8 @@ std::unique_ptr<CLI::App> MakeApp(Console& console) {
   AddReplay(*app, console);
   AddScenario(*app, console);
   AddShell(*app, console);
+  AddServe(*app, console);
+  AddCtl(*app, console);
   return app;
 }
 

@@ -42,7 +42,12 @@ void AddSweep(CLI::App& app, Console& console);
 void AddDiagnose(CLI::App& app, Console& console);
 void AddReplay(CLI::App& app, Console& console);
 void AddScenario(CLI::App& app, Console& console);
+constexpr char kShellHelp[] = "Takes statements line by line, on a card of its own or a running one";
 void AddShell(CLI::App& app, Console& console);
+constexpr char kServeHelp[] = "Keeps a card running, for clients and on interfaces";
+void AddServe(CLI::App& app, Console& console);
+constexpr char kCtlHelp[] = "Asks a card that softcard serve keeps";
+void AddCtl(CLI::App& app, Console& console);
 
 }  // namespace console
 

@@ -3,16 +3,21 @@
 #include <cstdlib>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "console/Definitions.h"
+#include "console/Formats.h"
 #include "console/Input.h"
 #include "console/TextPrinter.h"
 #include "console/commands/Commands.h"
 #include "scenario/Completion.h"
 #include "scenario/Session.h"
 #include "scenario/SourceFile.h"
+#include "serve/Connection.h"
 
 namespace console {
 namespace {
@@ -22,6 +27,7 @@ using Outcome = ShellCard::Outcome;
 struct ShellOptions {
   std::vector<std::string> paths;
   std::vector<std::string> definitions;
+  std::string attach;
   bool all_calls = false;
   bool hex = false;
   std::string colour = "auto";
@@ -55,6 +61,47 @@ class OwnCard : public ShellCard {
   scenario::Session session_;
 };
 
+/// One that softcard serve keeps.
+class RunningCard : public ShellCard {
+ public:
+  RunningCard(const std::string& socket, const std::string& format)
+      : formats_(MakeFormats()), card_(socket, format, *formats_.at(format)) {}
+
+  Outcome Do(scenario::SourceText lines) override try {
+    auto last = serve::Ending::kDone;
+    for (std::string_view rest = lines.whole; !rest.empty();) {
+      const std::size_t end = rest.find('\n');
+      std::string said;
+      last = card_.Ask(std::string(rest.substr(0, end)), [&said](std::string_view line) { said += line; });
+      (last == serve::Ending::kUnusable ? std::cerr : std::cout) << said << std::flush;
+      rest.remove_prefix(end + 1);
+    }
+    switch (last) {
+      case serve::Ending::kDone: return Outcome::kAllHold;
+      case serve::Ending::kFailed: return Outcome::kSomeFailed;
+      case serve::Ending::kUnusable:
+      case serve::Ending::kMore: break;
+    }
+    return Outcome::kUnusable;
+  } catch (const std::runtime_error& error) {
+    std::cerr << "softcard: " << error.what() << '\n';
+    return Outcome::kGone;
+  }
+
+  std::vector<std::string> Complete(const std::string& line) override try {
+    std::vector<std::string> words;
+    card_.Ask("complete " + line,
+              [&words](std::string_view word) { words.emplace_back(word.substr(0, word.size() - 1)); });
+    return words;
+  } catch (const std::runtime_error&) {
+    return {};  // the next line says it
+  }
+
+ private:
+  const serve::Formats formats_;
+  serve::Connection card_;
+};
+
 ExitStatus StatusOf(Outcome outcome) {
   switch (outcome) {
     case Outcome::kAllHold: return kAllHold;
@@ -76,15 +123,21 @@ ExitStatus RunOwn(const ShellOptions& options, Console& console) {
   return StatusOf(RunShell(console.language, card));
 }
 
+ExitStatus RunAttached(const ShellOptions& options, Console& console) {
+  RunningCard card(options.attach, WantsColour(options.colour) ? "color" : "text");
+  return StatusOf(RunShell(console.language, card));
+}
+
 }  // namespace
 
 void AddShell(CLI::App& app, Console& console) {
-  CLI::App* const shell = app.add_subcommand("shell", "Takes statements line by line, on a card of its own");
+  CLI::App* const shell = app.add_subcommand("shell", kShellHelp);
   const auto options = std::make_shared<ShellOptions>();
-  shell
-      ->add_option("FILE", options->paths,
-                   "Scenarios, or directories with *.scn files, that come before the first line")
-      ->type_name("");
+  CLI::Option* const files =
+      shell
+          ->add_option("FILE", options->paths,
+                       "Scenarios, or directories with *.scn files, that come before the first line")
+          ->type_name("");
   shell->add_option("-D,--define", options->definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
       ->type_name("DEFINITION")
       ->expected(1)
@@ -94,7 +147,12 @@ void AddShell(CLI::App& app, Console& console) {
   shell->add_option("--color", options->colour, "auto: colours on a terminal, unless NO_COLOR is set")
       ->check(CLI::IsMember({"auto", "always", "never"}))
       ->capture_default_str();
-  shell->callback([&console, options] { console.status = RunOwn(*options, console); });
+  shell->add_option("--attach", options->attach, "The control socket of a running card, which takes the lines")
+      ->type_name("SOCKET")
+      ->excludes(files);
+  shell->callback([&console, options] {
+    console.status = options->attach.empty() ? RunOwn(*options, console) : RunAttached(*options, console);
+  });
 }
 
 }  // namespace console

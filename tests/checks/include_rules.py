@@ -37,7 +37,7 @@ OTHERS = {
     "scenario": r"cxxabi\.h",
     "recorder": r"cxxabi\.h|dlfcn\.h|fcntl\.h|pthread\.h|unistd\.h|sys/.*",  # finds the platform that it stands in front of
     "router": rf"libmnl/.*|linux/.*|{PROTOCOLS}|{SYSTEM}",
-    "serve": rf"pcap\.h|pcap/.*|linux/.*|{PROTOCOLS}|{SYSTEM}",
+    "serve": rf"asio/.*|pcap\.h|pcap/.*|linux/.*|{PROTOCOLS}|{SYSTEM}",
     "diagnosis": r"nlohmann/json\.hpp",
     "console": rf"CLI/.*|pcap/.*|editline/.*|histedit\.h|{SYSTEM}",
     "bench": rf"benchmark/.*|valgrind/.*|{SYSTEM}",

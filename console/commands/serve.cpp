@@ -1,0 +1,82 @@
+#include <csignal>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "console/Definitions.h"
+#include "console/Formats.h"
+#include "console/TextPrinter.h"
+#include "console/commands/Commands.h"
+#include "scenario/Session.h"
+#include "scenario/SourceFile.h"
+#include "scenario/Suggestion.h"
+#include "serve/Server.h"
+#include "serve/SocketPath.h"
+
+namespace console {
+namespace {
+
+struct ServeOptions {
+  std::vector<std::string> paths;
+  std::vector<std::string> definitions;
+  std::string control;
+};
+
+ExitStatus Apply(const std::string& path, const scenario::Counters& definitions, scenario::Session& session) {
+  TextPrinter printer(std::cout, {Detail::kFailures});
+  const std::string name = path == "-" ? "standard input" : path;
+  const scenario::Answer answer = session.Do({name, scenario::ReadFile(path)}, printer, definitions);
+  if (answer.unusable()) {
+    std::cerr << answer.Why() << "softcard: " << scenario::Printable(name) << " is unusable; no card is served\n";
+    return kUnusable;
+  }
+  if (answer.failed == 0) return kAllHold;
+  std::cerr << "softcard: not all that " << scenario::Printable(name) << " expects holds; no card is served\n";
+  return kSomeFailed;
+}
+
+ExitStatus Serve(const ServeOptions& options, Console& console) {
+  const auto definitions = ReadDefinitions(options.definitions);
+  if (!definitions) return kUnusable;
+  // Who reads the output may leave; the card stays.
+  std::signal(SIGPIPE, SIG_IGN);
+  const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket() : options.control};
+  const auto formats = MakeFormats();
+  scenario::Session session(console.language, console.card, {}, {&console.ledger});
+  for (const std::string& path : options.paths) {
+    const ExitStatus status = Apply(path, *definitions, session);
+    if (status != kAllHold) return status;
+  }
+  TextPrinter silent(std::cout, {Detail::kFailures});
+  session.Begin(silent);
+  serve::Server server(settings, session, console.language, formats);
+  const auto report = [&session] {
+    TextPrinter printer(std::cout, {});
+    session.Do({"softcard serve", "show counters"}, printer);
+    std::cout.flush();
+  };
+  std::cout << "ready" << std::endl;
+  server.Run(report);
+  report();
+  return Flushed(kAllHold);
+}
+
+}  // namespace
+
+void AddServe(CLI::App& app, Console& console) {
+  CLI::App* const serve = app.add_subcommand("serve", kServeHelp);
+  const auto options = std::make_shared<ServeOptions>();
+  serve->add_option("FILE", options->paths, "A scenario that the card begins with, - for standard input")
+      ->type_name("");
+  serve->add_option("-D,--define", options->definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
+      ->type_name("DEFINITION")
+      ->expected(1)
+      ->take_all();
+  serve->add_option("--control", options->control, "The socket for clients; without it $XDG_RUNTIME_DIR/softcard.sock")
+      ->type_name("SOCKET");
+  serve->callback([&console, options] { console.status = Serve(*options, console); });
+}
+
+}  // namespace console

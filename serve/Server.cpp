@@ -1,0 +1,31 @@
+#include "serve/Server.h"
+
+#include <csignal>
+#include <memory>
+#include <system_error>
+
+namespace serve {
+
+Server::Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
+               const Formats& formats)
+    : signals_(events_, SIGINT, SIGTERM, SIGHUP), control_(events_, settings.socket, [&](const std::string& client) {
+        return std::make_unique<Conversation>(session, language, formats, client);
+      }) {
+  signals_.add(SIGUSR1);
+}
+
+void Server::Run(const std::function<void()>& report) {
+  WaitForSignal(report);
+  events_.run();
+}
+
+void Server::WaitForSignal(const std::function<void()>& report) {
+  signals_.async_wait([this, &report](std::error_code error, int signal) {
+    if (error) return;
+    if (signal != SIGUSR1) return events_.stop();
+    report();
+    WaitForSignal(report);
+  });
+}
+
+}  // namespace serve

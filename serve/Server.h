@@ -1,0 +1,37 @@
+#ifndef SERVE_SERVER_H
+#define SERVE_SERVER_H
+
+#include <asio/io_context.hpp>
+#include <asio/signal_set.hpp>
+#include <functional>
+#include <string>
+
+#include "serve/ControlSocket.h"
+
+namespace serve {
+
+/// A card that lives: an event loop, on one thread, with everything that asks the card or sends through it.
+class Server {
+ public:
+  struct Settings {
+    std::string socket;  ///< where clients find it
+  };
+
+  /// Throws std::runtime_error with the reason and the remedy when something cannot be opened; nothing stays behind.
+  Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
+         const Formats& formats);
+
+  /// Lives until SIGTERM, SIGINT or SIGHUP. `report` is called on SIGUSR1.
+  void Run(const std::function<void()>& report);
+
+ private:
+  void WaitForSignal(const std::function<void()>& report);
+
+  asio::io_context events_{1};
+  asio::signal_set signals_;
+  ControlSocket control_;
+};
+
+}  // namespace serve
+
+#endif

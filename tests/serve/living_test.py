@@ -1,0 +1,129 @@
+"""living_test.py FOLDER SCHEMA RUN_SCHEMA MILLISECONDS PROGRAM: a card that PROGRAM keeps answers on its socket, and leaves nothing behind.
+
+A thousand requests take so many milliseconds at most; 0: as long as they take.
+"""
+import json
+import os
+import shutil
+import signal
+import socket
+import subprocess
+import sys
+import time
+from pathlib import Path
+
+import jsonschema
+
+folder, program = Path(sys.argv[1]), sys.argv[5]
+schema, run_schema = (json.load(open(name, encoding="utf-8")) for name in sys.argv[2:4])
+milliseconds = int(sys.argv[4])
+path = str(folder / "s")
+ENVIRONMENT = {**os.environ, "XDG_RUNTIME_DIR": str(folder)}
+
+
+def serve(*arguments, text=""):
+    """A card that has said that it is ready."""
+    card = subprocess.Popen([program, "serve", *arguments, "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                            stderr=subprocess.STDOUT, text=True, env=ENVIRONMENT)
+    card.stdin.write(text)
+    card.stdin.close()
+    assert card.stdout.readline() == "ready\n"
+    return card
+
+
+def end(card, how=signal.SIGTERM):
+    """What it says to the end."""
+    card.send_signal(how)
+    said = card.stdout.read()
+    assert card.wait(10) == 0, card.returncode
+    assert os.listdir(folder) == [], os.listdir(folder)
+    return said
+
+
+def refuses(status, text, *arguments, stdin=""):
+    run = subprocess.run([program, *arguments], input=stdin, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                         text=True, env=ENVIRONMENT, timeout=30, check=False)
+    assert (run.returncode, text in run.stdout) == (status, True), (run.returncode, run.stdout)
+
+
+def ctl(*statements):
+    run = subprocess.run([program, "ctl", "--socket", path, *statements], stdout=subprocess.PIPE,
+                         stderr=subprocess.PIPE, text=True, timeout=30, check=False)
+    return run.returncode, run.stdout, run.stderr
+
+
+shutil.rmtree(folder, ignore_errors=True)
+folder.mkdir()
+
+# What a client gets is what `run` prints.
+card = serve("-D", "N=7", "--control", path, text="install-vrf $N\nexpect result 0\n")
+assert oct(os.stat(path).st_mode & 0o777) == "0o600"
+assert ctl("show vrfs") == (0, "\nshow vrfs\n  vrfs:\n    vrf 7: flags=0x0\n", "")
+status, out, error = ctl("install-vrf 8", "expect result 1", "show nothing", "install-vrf 9")
+assert (status, "client 2:2: failed: expect result 1" in out, "unknown table" in error) == (2, True, True)
+assert ctl("install-vrf 8", "expect result 0")[0] == 1, "it is there already"
+assert ctl("expect rows vrfs 2", "for I in 1..2", "say $I", "end")[:2] == (0, "  ok: expect rows vrfs 2\n\n# 1\n\n# 2\n")
+assert ctl("for I in 1..3") == (2, "", 'softcard: no statement says "end" to what has begun; it was not done\n')
+assert ctl("save " + str(folder / "no" / "file"))[2].startswith("error: cannot write ")
+run = subprocess.run([program, "ctl", "--socket", path, "--json", "expect rows vrfs 2", "show nothing"],
+                     stdout=subprocess.PIPE, text=True, check=False)
+assert run.returncode == 2 and json.loads(run.stdout)["complaints"][0]["message"].startswith("unknown table")
+refuses(2, "a card that is running has it", "serve", "--control", path)
+
+# As JSON, a line each; the last one of an answer says how it ended.
+client = socket.socket(socket.AF_UNIX)
+client.connect(path)
+client.sendall(b"json\ninstall-vrf 11\nexpect result 3\nnonsense\nshow vrfs\nfor I in 1..2\nend\n")
+client.shutdown(socket.SHUT_WR)
+lines = [json.loads(line) for line in client.makefile()]
+for line in lines:
+    own = line["step"] in schema["properties"]["step"]["enum"]
+    jsonschema.validate(line, schema if own else run_schema)
+    assert not jsonschema.Draft202012Validator(schema).is_valid({**line, "surplus": 1})
+assert {line["step"] for line in lines} == {"done", "more", "unusable", "request", "failure", "tables"}
+assert [line["status"] for line in lines if line["step"] == "done"] == [0, 0, 1, 2, 0, 0]
+
+# Those that hang in the middle of a line or die in the middle of an answer.
+half, dead = socket.socket(socket.AF_UNIX), socket.socket(socket.AF_UNIX)
+half.connect(path)
+half.sendall(b"install-vr")
+dead.connect(path)
+dead.sendall(b"show all\n" * 1000)
+dead.close()
+assert ctl("expect rows vrfs 3")[0] == 0
+
+# A thousand requests.
+client = socket.socket(socket.AF_UNIX)
+client.connect(path)
+began = time.monotonic()
+client.sendall(b"install-vrf 1\ndestroy-vrf 1\n" * 500)
+client.shutdown(socket.SHUT_WR)
+said = client.makefile().read()
+took = 1000 * (time.monotonic() - began)
+assert said.count("  => 0\ndone 0\n") == 1000
+assert milliseconds == 0 or took < milliseconds, f"a thousand requests took {took:.0f} ms"
+
+card.send_signal(signal.SIGUSR1)
+assert "show counters" in end(card)
+refuses(2, "no card answers at", "ctl", "--socket", path, "show vrfs")
+for how in (signal.SIGINT, signal.SIGHUP):
+    end(serve("--control", path), how)
+# The default is the user's; what a card that was killed left is replaced.
+card = serve()
+card.kill()
+card.wait()
+assert os.listdir(folder) == ["softcard.sock"]
+card.stdout.close()
+card = serve()
+run = subprocess.run([program, "ctl", "show vrfs"], env=ENVIRONMENT, stdout=subprocess.PIPE, check=True)
+end(card)
+
+# What cannot be served leaves nothing either.
+refuses(2, "no card is served", "serve", "--control", path, "-", stdin="nonsense\n")
+refuses(1, "found:    0", "serve", "--control", path, "-", stdin="install-vrf 1\nexpect result 1\n")
+refuses(2, "No such file", "serve", "--control", path, str(folder / "none.scn"))
+refuses(2, "No such file", "serve", "--control", str(folder / "no" / "s"))
+refuses(2, "does not fit", "serve", "-DN=x")
+assert os.listdir(folder) == []
+print(f"a thousand requests: {took:.0f} ms")
+shutil.rmtree(folder)
