@@ -207,7 +207,9 @@ std::vector<int> ResultsOfRefusal(const calls::Function& function, bool all_code
 void Sweep(const scenario::Scenario& scenario, softcard::Card& card, const Ledger& ledger, const SweepOptions& options,
            Branches& branches, const std::function<void(const SweptRequest&)>& tell) {
   Sweeper sweeper(*scenario.language, card, ledger, options, branches, tell);
-  scenario::RunScenario(scenario, card, {false, false, false, options.afterwards}, sweeper);
+  scenario::Options run;
+  run.afterwards = options.afterwards;
+  scenario::RunScenario(scenario, card, run, sweeper);
 }
 
 }  // namespace diagnosis

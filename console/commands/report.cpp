@@ -69,10 +69,14 @@ ExitStatus Report(const ReportOptions& options, Console& console) {
   };
   if (options.no_sweep) {
     Nobody nobody;
-    scenario::RunScenario(*scenario, console.card, {false, false, false, describe}, nobody);
+    scenario::Options run;
+    run.afterwards = describe;
+    scenario::RunScenario(*scenario, console.card, run, nobody);
   } else {
     SweepReport sweep;
-    SweepWithProgress(*scenario, console.card, console.ledger, {false, false, false, describe}, sweep);
+    diagnosis::SweepOptions refusals;
+    refusals.afterwards = describe;
+    SweepWithProgress(*scenario, console.card, console.ledger, refusals, sweep);
     page.sweep = sweep.Json();
   }
   diagnosis::WriteWhole(options.output, page.Html());

@@ -21,7 +21,9 @@ class TheReport : public testing::Test, private scenario::Observer {
         "install-mpls 30 vlan=10 lim=lag1 mac=02:00:00:00:00:0a labels=100,200,300 caps=push\n" +
         lines);
     scenario.watchers.insert(&ledger_);
-    scenario::RunScenario(scenario, softcard::Card::Get(), {false, false, look}, *this);
+    scenario::Options options;
+    options.afterwards = look;
+    scenario::RunScenario(scenario, softcard::Card::Get(), options, *this);
   }
 
   /// Who uses the row of this name.
