@@ -38,7 +38,7 @@ const std::int64_t* NumberIn(const calls::Value& value) { return std::get_if<std
 std::int64_t* LimIdOf(calls::Call* call) {
   const auto& arguments = call->function->arguments;
   const bool has_one = !call->arguments.empty() && arguments[0].kind == calls::Kind::kLimId;
-  return has_one ? std::get_if<std::int64_t>(&call->arguments[0]) : nullptr;
+  return has_one ? std::get_if<std::int64_t>(&call->arguments.front()) : nullptr;
 }
 
 template <typename Work>

@@ -94,9 +94,8 @@ void BlankUnseen(Lines* recorded, const Lines& now, const std::string& blanked) 
   const std::string before = blanked.substr(0, at);
   const std::string after = blanked.substr(at + 1);
   for (std::string& line : *recorded) {
-    if (Has(now, line) || line.size() < before.size() + after.size()) continue;
-    if (line.compare(0, at, before) != 0 || line.compare(line.size() - after.size(), after.size(), after) != 0)
-      continue;
+    if (Has(now, line) || line.size() < before.size() + after.size() || line.compare(0, at, before) != 0) continue;
+    if (line.compare(line.size() - after.size(), after.size(), after) != 0) continue;
     line = blanked;
     return;
   }

@@ -1,5 +1,6 @@
 #include "recorder/Format.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 #include <ctime>
@@ -10,6 +11,15 @@ namespace {
 constexpr std::size_t kTimeColumns = 8;
 
 bool IsEscaped(char c) { return c == '\\' || static_cast<unsigned char>(c) < ' ' || c == '\x7f'; }
+
+/// What stands in a line as it is, up to the first character that does not; `*text` loses it.
+std::string_view TakePlain(std::string_view* text) {
+  const auto end = static_cast<std::size_t>(
+      std::find_if(text->begin(), text->end(), [](char c) { return IsEscaped(c); }) - text->begin());
+  const std::string_view plain = text->substr(0, end);
+  text->remove_prefix(end);
+  return plain;
+}
 
 void AppendEscape(std::string* to, char c) {
   constexpr char kDigits[] = "0123456789abcdef";
@@ -75,12 +85,9 @@ std::string TimeText(std::int64_t microseconds_since_1970) {
 }
 
 void AppendEscaped(std::string* to, std::string_view text) {
-  for (const char c : text) {
-    if (IsEscaped(c)) {
-      AppendEscape(to, c);
-    } else {
-      *to += c;
-    }
+  for (to->append(TakePlain(&text)); !text.empty(); to->append(TakePlain(&text))) {
+    AppendEscape(to, text.front());
+    text.remove_prefix(1);
   }
 }
 
@@ -107,17 +114,12 @@ std::optional<Line> ReadLine(std::string_view line) {
   result.indentation = static_cast<unsigned>(text);
   line.remove_prefix(text);
   result.text.reserve(line.size());
-  while (!line.empty()) {
-    char c = line.front();
+  for (result.text += TakePlain(&line); !line.empty(); result.text += TakePlain(&line)) {
+    if (line.front() != '\\') return std::nullopt;
     line.remove_prefix(1);
-    if (c == '\\') {
-      const auto escaped = TakeEscaped(&line);
-      if (!escaped) return std::nullopt;
-      c = *escaped;
-    } else if (IsEscaped(c)) {
-      return std::nullopt;
-    }
-    result.text += c;
+    const auto escaped = TakeEscaped(&line);
+    if (!escaped) return std::nullopt;
+    result.text += *escaped;
   }
   return result;
 }
