@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <sstream>
 #include <stdexcept>
 
 #include "scenario/Suggestion.h"
@@ -38,17 +39,17 @@ int Connect(const std::string& path) {
 
 Connection::Connection(const std::string& path, const std::string& format_name, const Format& format)
     : path_(path), format_(format), socket_(Connect(path)) {
-  std::string said;
+  std::ostringstream said;
   const auto refuse = [&](const std::string& reason) {
     close(socket_);
     throw std::runtime_error(reason);
   };
   try {
-    if (Ask(format_name, [&said](std::string_view line) { said += line; }) == Ending::kDone) return;
+    if (Ask(format_name, [&said](std::string_view line) { said << line; }) == Ending::kDone) return;
   } catch (const std::runtime_error& error) {
-    if (said.empty()) refuse(error.what());
+    if (said.str().empty()) refuse(error.what());
   }
-  refuse("the card at " + path_ + " says: " + said.substr(0, said.find('\n')));
+  refuse("the card at " + path_ + " says: " + said.str().substr(0, said.str().find('\n')));
 }
 
 Connection::~Connection() { close(socket_); }

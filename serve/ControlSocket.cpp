@@ -88,7 +88,7 @@ class ControlSocket::Client : public std::enable_shared_from_this<Client> {
 
 namespace {
 
-[[noreturn]] void Fail(const std::string& path, const std::string& reason) {
+[[noreturn]] void CannotMake(const std::string& path, const std::string& reason) {
   throw std::runtime_error("cannot make the control socket " + scenario::Printable(path) + ": " + reason);
 }
 
@@ -99,12 +99,12 @@ ControlSocket::ControlSocket(asio::io_context& events, std::string path, NewConv
   CheckLength(path_);
   struct stat file {};
   if (lstat(path_.c_str(), &file) == 0) {
-    if (!S_ISSOCK(file.st_mode)) Fail(path_, "there is a file that is no socket; name another path");
+    if (!S_ISSOCK(file.st_mode)) CannotMake(path_, "there is a file that is no socket; name another path");
     std::error_code refused;
     Stream::socket(events_).connect(Stream::endpoint(path_), refused);
     if (refused != asio::error::connection_refused) {
-      Fail(path_, refused ? refused.message() + "; name another path"
-                          : "a card that is running has it; name another path, or end that card");
+      CannotMake(path_, refused ? refused.message() + "; name another path"
+                                : "a card that is running has it; name another path, or end that card");
     }
     unlink(path_.c_str());
   }
@@ -121,7 +121,7 @@ void ControlSocket::Listen() {
     umask(mask);
   }
   if (!error) acceptor_.listen(asio::socket_base::max_listen_connections, error);
-  if (error) Fail(path_, error.message() + "; name a path in a folder that exists and may be written");
+  if (error) CannotMake(path_, error.message() + "; name a path in a folder that exists and may be written");
   struct stat file {};
   if (lstat(path_.c_str(), &file) == 0) inode_ = file.st_ino;
 }

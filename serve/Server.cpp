@@ -3,12 +3,15 @@
 #include <csignal>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 namespace serve {
 
 Server::Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
-               const Formats& formats)
-    : signals_(events_, SIGINT, SIGTERM, SIGHUP), control_(events_, settings.socket, [&](const std::string& client) {
+               const Formats& formats, softcard::Card& card, const Natives& natives, Ports::Say say)
+    : signals_(events_, SIGINT, SIGTERM, SIGHUP),
+      ports_(events_, card, natives, settings.ports, settings.hosts, std::move(say)),
+      control_(events_, settings.socket, [&](const std::string& client) {
         return std::make_unique<Conversation>(session, language, formats, client);
       }) {
   signals_.add(SIGUSR1);

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "serve/ControlSocket.h"
+#include "serve/Ports.h"
 
 namespace serve {
 
@@ -14,21 +15,26 @@ namespace serve {
 class Server {
  public:
   struct Settings {
-    std::string socket;  ///< where clients find it
+    std::string socket{};  ///< where clients find it
+    Bindings ports{};      ///< on network interfaces
+    Bindings hosts{};      ///< the route processor's side of ports
   };
 
   /// Throws std::runtime_error with the reason and the remedy when something cannot be opened; nothing stays behind.
   Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
-         const Formats& formats);
+         const Formats& formats, softcard::Card& card, const Natives& natives, Ports::Say say);
 
   /// Lives until SIGTERM, SIGINT or SIGHUP. `report` is called on SIGUSR1.
   void Run(const std::function<void()>& report);
+
+  const Ports& ports() const { return ports_; }
 
  private:
   void WaitForSignal(const std::function<void()>& report);
 
   asio::io_context events_{1};
   asio::signal_set signals_;
+  Ports ports_;
   ControlSocket control_;
 };
 

@@ -10,6 +10,7 @@ Console::Console(softcard::Card& software_card) : card(software_card) {
   diagnosis::AddAudit(language, ledger);
   diagnosis::AddDifferences(language, mark);
   diagnosis::AddUsers(language);
+  serve::AddStatements(language, living);
 }
 
 std::unique_ptr<CLI::App> MakeApp(Console& console) {

@@ -7,6 +7,7 @@
 #include "diagnosis/Changes.h"
 #include "diagnosis/Ledger.h"
 #include "scenario/Language.h"
+#include "serve/Statements.h"
 #include "softcard/Card.h"
 
 namespace console {
@@ -22,6 +23,7 @@ struct Console {
   scenario::Language language;
   diagnosis::Ledger ledger;  ///< of the scenario that was run last, if it watched
   diagnosis::Mark mark;
+  serve::Living living;
   ExitStatus status = kAllHold;  ///< of the subcommand that was given
 };
 

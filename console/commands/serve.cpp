@@ -22,7 +22,23 @@ struct ServeOptions {
   std::vector<std::string> paths;
   std::vector<std::string> definitions;
   std::string control;
+  std::vector<std::string> ports;
+  std::vector<std::string> hosts;
 };
+
+/// Of "eth1=veth0"s. Throws std::runtime_error.
+serve::Bindings ReadBindings(const std::vector<std::string>& texts, const char* option) {
+  serve::Bindings bindings;
+  for (const std::string& text : texts) {
+    const std::size_t equals = text.find('=');
+    if (equals == 0 || equals >= text.size() - 1) {
+      throw std::runtime_error(std::string(option) + " takes PORT=INTERFACE; " + scenario::Quoted(text) +
+                               " does not fit");
+    }
+    bindings.emplace_back(text.substr(0, equals), text.substr(equals + 1));
+  }
+  return bindings;
+}
 
 ExitStatus Apply(const std::string& path, const scenario::Counters& definitions, scenario::Session& session) {
   TextPrinter printer(std::cout, {Detail::kFailures});
@@ -42,7 +58,8 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   if (!definitions) return kUnusable;
   // Who reads the output may leave; the card stays.
   std::signal(SIGPIPE, SIG_IGN);
-  const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket() : options.control};
+  const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket() : options.control,
+                                         ReadBindings(options.ports, "--port"), ReadBindings(options.hosts, "--host")};
   const auto formats = MakeFormats();
   scenario::Session session(console.language, console.card, {}, {&console.ledger});
   for (const std::string& path : options.paths) {
@@ -51,10 +68,12 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   }
   TextPrinter silent(std::cout, {Detail::kFailures});
   session.Begin(silent);
-  serve::Server server(settings, session, console.language, formats);
+  serve::Server server(settings, session, console.language, formats, console.card, console.living.natives,
+                       [](const std::string& what) { std::cerr << "softcard: " << what << '\n'; });
+  console.living.interfaces = [&server] { return server.ports().Rows(); };
   const auto report = [&session] {
     TextPrinter printer(std::cout, {});
-    session.Do({"softcard serve", "show counters"}, printer);
+    session.Do({"softcard serve", "show counters\nshow interfaces"}, printer);
     std::cout.flush();
   };
   std::cout << "ready" << std::endl;
@@ -73,9 +92,20 @@ void AddServe(CLI::App& app, Console& console) {
   serve->add_option("-D,--define", options->definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
       ->type_name("DEFINITION")
       ->expected(1)
+      ->allow_extra_args(false)
       ->take_all();
   serve->add_option("--control", options->control, "The socket for clients; without it $XDG_RUNTIME_DIR/softcard.sock")
       ->type_name("SOCKET");
+  serve->add_option("--port", options->ports, "PORT=INTERFACE: the network interface that a port is")
+      ->type_name("BINDING")
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->take_all();
+  serve->add_option("--host", options->hosts, "PORT=INTERFACE: the port's side towards the route processor")
+      ->type_name("BINDING")
+      ->expected(1)
+      ->allow_extra_args(false)
+      ->take_all();
   serve->callback([&console, options] { console.status = Serve(*options, console); });
 }
 

@@ -2,6 +2,7 @@
 
 A thousand requests take so many milliseconds at most; 0: as long as they take.
 """
+import atexit
 import json
 import os
 import shutil
@@ -25,6 +26,7 @@ def serve(*arguments, text=""):
     """A card that has said that it is ready."""
     card = subprocess.Popen([program, "serve", *arguments, "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                             stderr=subprocess.STDOUT, text=True, env=ENVIRONMENT)
+    atexit.register(card.kill)
     card.stdin.write(text)
     card.stdin.close()
     assert card.stdout.readline() == "ready\n"
