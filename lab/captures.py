@@ -1,18 +1,19 @@
 """What both sides of the card saw in a case, as tshark understands it."""
 import collections
 import dataclasses
+import json
 import subprocess
 import time
 
 from namespaces import FOLDER, Failure, run, start, stop, wait_for
-from topology import A_V4, A_V6, B_V4, B_V6, BRIDGED_A_V4, BRIDGED_A_V6, BRIDGED_B_V4, BRIDGED_B_V6, CARD_TO_PEER, MORE_OF_B, PEER_LINKS, of_version, version_of
+from topology import (A_V4, A_V6, B_V4, B_V6, BRIDGED_A_V4, BRIDGED_A_V6, BRIDGED_B_V4, BRIDGED_B_V6, CARD_TO_PEER,
+                      MORE_OF_B, PEER_LINKS, of_version, version_of)
 
 PORTS = ("eth1", *PEER_LINKS)
 FIELDS = ("frame.interface_name", "eth.src", "vlan.id", "mpls.label", "mpls.bottom", "mpls.ttl", "ip.src", "ip.dst",
           "ip.ttl", "ipv6.src", "ipv6.dst", "ipv6.hlim", "_ws.malformed", "ip.checksum.status", "frame.number")
 HOSTS = {"A": (A_V4, A_V6, BRIDGED_A_V4, BRIDGED_A_V6), "B": (B_V4, B_V6, *MORE_OF_B, BRIDGED_B_V4, BRIDGED_B_V6)}
 
-SNAP_BYTES = 128  # of each frame: its headers
 MARK = b"that was the end"  # 16 bytes, as many as ping repeats in its packet
 
 
@@ -34,8 +35,8 @@ class Seen:
 
 
 def stretch(port, way, to, ttl, labels=(), vlan=0, own_labels=True):
-    """What is to be seen on a stretch of a case's way, for both IP versions. `labels` are (label, TTL) of IPv4; IPv6 has
-    others on the way to B, if it has its own."""
+    """What is to be seen on a stretch of a case's way, for both IP versions. `labels` are (label, TTL) of IPv4;
+    IPv6 has others on the way to B, if it has its own."""
     seen = []
     for version in (4, 6):
         numbers = [label for label, _ in labels]
@@ -47,34 +48,38 @@ def stretch(port, way, to, ttl, labels=(), vlan=0, own_labels=True):
 
 
 class Capture:
-    """Runs from when it is made until stop."""
+    """Runs from when it is made until stop. Below the labels of pseudowires are Ethernet frames."""
 
-    def __init__(self, name):
+    def __init__(self, name, pseudowires=()):
+        self.pseudowires = pseudowires
+        self.dissected = None
         self.path = FOLDER / f"{name}.pcapng"
         self.log = FOLDER / f"{name}.log"
         interfaces = [word for port in PORTS for word in ("-i", port)]
         self.frames = 0
-        self.process = start("dumpcap", "-q", "-B", "16", "-s", SNAP_BYTES, "-N", "1000000", "-C", "500000000", *interfaces, "-w", self.path, namespace="card",
-                             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=self.log.open("w"))
+        # What does not fit its buffers, in MiB, in packets and in bytes, it would leave out.
+        with self.log.open("w") as log:
+            self.process = start("dumpcap", "-q", "-B", 16, "-N", 1000000, "-C", 500000000, *interfaces, "-w",
+                                 self.path, namespace="card", stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=log)
         wait_for(lambda: self.path.exists() and self.path.stat().st_size > 0, "the start of the capture")
 
-    def stop(self, marks):
-        """Frames come to the file in blocks, a few a second: waits for so many marked ones, which hosts send last. Where
-        some are lost, not for ever."""
-        deadline = time.monotonic() + 3
-        while time.monotonic() < deadline and self.path.read_bytes().count(MARK) < marks:
+    def stop(self, marks=None):
+        """Frames come to the file in blocks, a few a second: waits for so many marked ones, which hosts send last.
+        Where packets have been lost already, a second has to do."""
+        deadline = time.monotonic() + (1 if marks is None else 3)
+        while time.monotonic() < deadline and (marks is None or self.path.read_bytes().count(MARK) < marks):
             time.sleep(0.02)
         stop(self.process)
         lost = [line for line in self.log.read_text().splitlines() if "dropped on" in line and "/0 (pcap" not in line]
         if lost:
             raise Failure("the capture is not whole: " + "; ".join(lost))
 
-    def judge(self, expected, pseudowires=()):
+    def judge(self, expected):
         """What is wrong, in lines; none when frames were seen as expected and no others. On each way as many leave the
         card as come to it."""
         counts = collections.Counter()
         wrong = []
-        for values in self.dissect(pseudowires):
+        for values in self.frames_seen():
             if values["_ws.malformed"] or values["ip.checksum.status"] in ("0", "Bad"):
                 wrong.append(f"frame {values['frame.number']} on {values['frame.interface_name']} is malformed")
             elif seen := read(values):
@@ -88,32 +93,36 @@ class Capture:
             of_way = {way: sum(count for seen, count in counts.items() if (seen.to, seen.version, seen.way) ==
                                (to, version, way)) for way in ("in", "out")}
             if of_way["in"] != of_way["out"]:
-                wrong.append(f"of {of_way['in']} IPv{version} frames to {to} that came to the card {of_way['out']} left")
+                wrong.append(f"of {of_way['in']} IPv{version} frames to {to} that came to the card {of_way['out']} "
+                             "left")
         self.frames = sum(counts.values())
         return wrong
 
-    def dissect(self, pseudowires):
-        command = ["tshark", "-n", "-r", self.path, "-T", "fields", "-E", "occurrence=a", "-E", "aggregator=;",
-                   "-o", "ip.check_checksum:TRUE", "-o", "tcp.analyze_sequence_numbers:FALSE"]
-        for label in pseudowires:
-            command += ["-d", f"mpls.label=={label},pwethnocw"]
-        for field in FIELDS:
-            command += ["-e", field]
-        done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=60)
-        if done.returncode != 0:
-            raise Failure(f"tshark: {done.stderr.strip()}")
-        return [dict(zip(FIELDS, line.split("\t"))) for line in done.stdout.splitlines()]
+    def frames_seen(self):
+        """What tshark says of each frame, by field. Asked once, after the capture's end."""
+        if self.dissected is None:
+            command = ["tshark", "-n", "-r", self.path, "-T", "fields", "-E", "occurrence=a", "-E", "aggregator=;",
+                       "-o", "ip.check_checksum:TRUE", "-o", "tcp.analyze_sequence_numbers:FALSE"]
+            for label in self.pseudowires:
+                command += ["-d", f"mpls.label=={label},pwethnocw"]
+            for field in FIELDS:
+                command += ["-e", field]
+            done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=60)
+            if done.returncode != 0:
+                raise Failure(f"tshark: {done.stderr.strip()}")
+            self.dissected = [dict(zip(FIELDS, line.split("\t"))) for line in done.stdout.splitlines()]
+        return self.dissected
 
-    def missing(self):
-        """The last frame from A that came to the card and after which nothing came back: its bytes."""
-        printed = run("tshark", "-n", "-r", self.path, "-Y", f"frame.interface_name == eth1 && (ip.src == {A_V4} || "
-                      f"ipv6.src == {A_V6})", "-T", "jsonraw")
-        return printed
+    def frame(self, number):
+        """The bytes of a frame."""
+        printed = run("tshark", "-n", "-r", self.path, "-Y", f"frame.number == {number}", "-T", "jsonraw")
+        return bytes.fromhex(json.loads(printed[printed.index("["):])[0]["_source"]["layers"]["frame_raw"][0])
 
 
 def marks(expected, addresses):
     """How many frames a mark to each of the addresses makes: in and out on each stretch."""
-    return 2 * sum(seen.way == "in" and seen.version == version_of(address) for address in addresses for seen in expected)
+    versions = [version_of(address) for address in addresses]
+    return 2 * sum(versions.count(seen.version) for seen in expected if seen.way == "in")
 
 
 def read(values):

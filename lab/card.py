@@ -3,7 +3,7 @@ import subprocess
 import threading
 
 from namespaces import FOLDER, SECONDS, Failure, run, start, stop
-from topology import PEER_LINKS
+from topology import NATIVE_VLANS, PEER_LINKS
 
 
 class Card:
@@ -30,11 +30,13 @@ class Card:
 
     def ask(self, *statements):
         """Statements for the running card; what it answers."""
-        return run(self.softcard, "ctl", "--socket", self.socket, *statements, namespace="card", may_fail=True)
+        return run(self.softcard, "ctl", "--socket", self.socket, *statements, may_fail=True)
 
     def story(self, port, frame):
-        """What becomes of a frame that comes in through a port."""
-        return self.ask(f"inject {port} hex={frame.hex()}")
+        """What becomes of a frame that comes in through a port, where it has the tag that the wire spared it."""
+        tag = b"" if frame[12:14] == b"\x81\x00" else b"\x81\x00" + NATIVE_VLANS[port].to_bytes(2, "big")
+        told = self.ask(f"inject {port} hex={(frame[:12] + tag + frame[12:]).hex()}")
+        return "\n".join(line for line in told.splitlines() if not line.startswith("inject "))
 
     def stop(self):
         stop(self.process)

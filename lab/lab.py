@@ -5,6 +5,7 @@ Runs in namespaces of its own, which scripts/lab makes: it begins there as the f
 import argparse
 import concurrent.futures
 import pathlib
+import re
 import shutil
 import signal
 import sys
@@ -13,82 +14,78 @@ import time
 import topology
 from captures import Capture, marks
 from card import Card
-from cases import CASES
+from cases import BITES, CASES
+from changes import CHANGES
 from mpls_kernel import MplsKernel
 from namespaces import Failure, prepare
 from openvswitch import OpenVSwitch
-from traffic import Echo, flow, mark, ping
+from story import story
+from traffic import Echo, mark
 
-MEGABYTE = 1 << 20
-FLOWS_BYTES = 3 * MEGABYTE  # of TCP in a case, each way
+LINES = 30  # of what is wrong in a case, at most
 
 
 class Lab:
-    def __init__(self, arguments):
-        self.softcard = arguments.softcard
-        self.keep = arguments.keep
-        self.failed = 0
-        self.done = 0
-        self.judging = None
+    """Runs cases with one switch after the other. Captures are judged while the next case runs already."""
+
+    def __init__(self, softcard, keep):
+        self.softcard = softcard
+        self.keep = keep
+        self.done = self.failed = 0
+        self.waiting = None  # for the verdict on the case before
         self.pool = concurrent.futures.ThreadPoolExecutor(1)
 
-    def judge(self, switch, case, capture, wrong, told):
+    def run(self, switch, case):
+        try:
+            capture, wrong, told = self.try_case(switch, case)
+        except Failure as failure:
+            self.finish()
+            return self.tell(switch, case, [str(failure)])
         self.finish()
-        verdict = self.pool.submit(capture.judge, case.expected, case.pseudowires)
-        self.judging = (verdict, switch, case, capture, wrong, told)
+        self.waiting = switch, case, capture, wrong, told, self.pool.submit(capture.judge, case.expected)
+
+    def try_case(self, switch, case):
+        switch.clear()
+        case.switch(switch)
+        switch.ready()
+        card = Card(self.softcard, case.path)
+        try:
+            capture = Capture(f"{switch.short_name}-{case.name}".replace(" ", "-"), case.pseudowires)
+            try:
+                told = case.traffic(case, card, switch)
+                for address in case.to:
+                    mark(address)
+                capture.stop(marks(case.expected, case.to))
+                return capture, [], told
+            except Failure as failure:
+                capture.stop()
+                return capture, [str(failure), *story(capture, card, switch)], ""
+        finally:
+            card.stop()
 
     def finish(self):
-        """Tells of the case that is being judged."""
-        if self.judging:
-            verdict, switch, case, capture, wrong, told = self.judging
-            self.judging = None
-            wrong = wrong + verdict.result()
-            self.tell(switch, case.name, wrong, f"{told}, {capture.frames} frames judged" if told else "")
-            capture.path.unlink()
+        """Waits for what is being judged."""
+        if not self.waiting:
+            return
+        switch, case, capture, wrong, told, verdict = self.waiting
+        self.waiting = None
+        wrong = wrong + verdict.result()
+        if wrong and not case.bite and self.keep:
+            self.keep.mkdir(parents=True, exist_ok=True)
+            shutil.copy(capture.path, self.keep)
+        capture.path.unlink()
+        if case.bite:
+            bitten = [line for line in wrong if re.search(case.bite, line)]
+            return self.tell(switch, case, [] if bitten else [f"not found: {case.bite}", *wrong],
+                             bitten[0].splitlines()[-1].strip() if bitten else "")
+        self.tell(switch, case, wrong, f"{told}, {capture.frames} frames judged")
 
-    def tell(self, switch, name, wrong, told=""):
+    def tell(self, switch, case, wrong, told=""):
         self.done += 1
         self.failed += bool(wrong)
-        print(f"{'FAILED' if wrong else 'ok':6} {switch.name}: {name}{': ' + told if told else ''}", flush=True)
-        for line in wrong:
-            print("       " + line.replace("\n", "\n       "), flush=True)
-
-
-def exchange(case):
-    """The case's traffic; what to tell of it."""
-    for address in case.to:
-        ping(address, topology.HOST_MTU)
-    told = [flow(address, FLOWS_BYTES // len(case.to)) for address in case.to]
-    size, seconds = sum(each["bytes"] for each in told), sum(each["seconds"] for each in told)
-    again = sum(each["retransmits"] for each in told)
-    return f"{size / MEGABYTE:.1f} MB of TCP each way, {16 * size / seconds / 1e6:.0f} Mbit/s, {again} sent again"
-
-
-def run_case(lab, switch, case):
-    switch.clear()
-    case.switch(switch)
-    switch.ready()
-    card = Card(lab.softcard, case.path)
-    try:
-        capture = Capture(f"{switch.short_name}-{case.scenario}")
-        wrong, told = [], ""
-        try:
-            told = exchange(case)
-        except Failure as failure:
-            wrong.append(str(failure))
-        for address in case.to:
-            mark(address)
-        capture.stop(marks(case.expected, case.to))
-        if wrong:
-            wrong += story(capture, card, switch)
-    finally:
-        card.stop()
-    # Judging is work for another core, while the next case runs.
-    lab.judge(switch, case, capture, wrong, told)
-
-
-def story(capture, card, switch):
-    return []
+        print(f"{'FAILED' if wrong else 'ok':6} {switch.name}: {case.name}{'' if wrong else ': ' + told}", flush=True)
+        for line in wrong[:LINES]:
+            print("       " + line.strip().replace("\n", "\n         "), flush=True)
 
 
 def main():
@@ -102,20 +99,19 @@ def main():
     begin = time.monotonic()
     prepare()
     topology.build()
-    lab = Lab(arguments)
-    echo = Echo()
-    for name, make in (("ovs", OpenVSwitch), ("kernel", MplsKernel)):
-        if arguments.switch not in (None, name):
+    lab = Lab(arguments.softcard, arguments.keep)
+    Echo()
+    for make in (OpenVSwitch, MplsKernel):
+        if arguments.switch not in (None, make.short_name):
             continue
         switch = make()
         try:
-            for case in CASES:
+            for case in CASES + CHANGES + BITES:
                 if any(text in case.name for text in arguments.cases or [""]) and getattr(switch, case.only or "name"):
-                    run_case(lab, switch, case)
+                    lab.run(switch, case)
             lab.finish()
         finally:
             switch.stop()
-    echo.stop()
     print(f"{lab.done} cases, {lab.failed} failed, {time.monotonic() - begin:.0f} s")
     return 1 if lab.failed or not lab.done else 0
 

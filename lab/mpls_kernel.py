@@ -6,7 +6,8 @@ import subprocess
 import threading
 
 from namespaces import FOLDER, SECONDS, Failure, start, stop
-from topology import B_MAC, B_V4, B_V6, CARD_TO_PEER, LINK_MTU, MORE_OF_B, PEER_LINKS, PEER_MAC, PEER_TO_B, PEER_TO_B_MAC, of_version
+from topology import (B_MAC, B_V4, B_V6, CARD_TO_PEER, LINK_MTU, MORE_OF_B, PEER_LINKS, PEER_MAC, PEER_TO_B,
+                      PEER_TO_B_MAC, of_version)
 
 # Addresses of the guest and of the card on each link; only their MACs are seen on the wire.
 LINKS = {"eth2": ("vec0", 2), "eth3": ("vec1", 3), "eth4": ("vec2", 4)}
@@ -33,16 +34,17 @@ class MplsKernel:
         self.lines = queue.Queue()
         threading.Thread(target=self.listen, args=(self.guest.stdout, self.lines), daemon=True).start()
         self.hear("guest: up")
-        self.setup = []
+        setup = []
         for port, (device, number) in LINKS.items():
-            self.setup += [f"link set {device} up", f"addr add 203.0.113.{16 * number + 1}/28 dev {device}",
-                           f"addr add 2001:db8:{number}::1/64 dev {device} nodad",
-                           f"neigh add {self.card_v4(port)} lladdr {CARD_TO_PEER} dev {device}",
-                           f"neigh add {self.card_v6(port)} lladdr {CARD_TO_PEER} dev {device}"]
+            setup += [f"link set {device} up", f"addr add 203.0.113.{16 * number + 1}/28 dev {device}",
+                      f"addr add 2001:db8:{number}::1/64 dev {device} nodad",
+                      f"neigh add {self.card_v4(port)} lladdr {CARD_TO_PEER} dev {device}",
+                      f"neigh add {self.card_v6(port)} lladdr {CARD_TO_PEER} dev {device}"]
             self.tell(f"echo 1 >/proc/sys/net/mpls/conf/{device}/input")
-        self.setup += [f"link set {TO_B} up", f"addr add 198.51.100.254/24 dev {TO_B}",
-                       f"addr add 2001:db8:b::fe/64 dev {TO_B} nodad", *(f"neigh add {address} lladdr {B_MAC} dev {TO_B}" for address in (B_V4, B_V6, *MORE_OF_B))]
-        self.ip(self.setup)
+        setup += [f"link set {TO_B} up", f"addr add 198.51.100.254/24 dev {TO_B}",
+                  f"addr add 2001:db8:b::fe/64 dev {TO_B} nodad"]
+        setup += [f"neigh add {address} lladdr {B_MAC} dev {TO_B}" for address in (B_V4, B_V6, *MORE_OF_B)]
+        self.ip(setup)
         self.routes = []
 
     @staticmethod

@@ -1,7 +1,7 @@
 """A few megabytes of TCP there and back, every byte looked at.
 
 stream.py echo                    sends back what comes, to everyone, until it is ended
-stream.py ADDRESS BYTES SECONDS   sends, looks at what comes back, and prints JSON; gives up after so many silent seconds
+stream.py ADDRESS BYTES SECONDS   sends, looks at what comes back, and prints JSON; gives up after that long in silence
 """
 import json
 import socket
@@ -12,6 +12,7 @@ import time
 
 PORT, CHUNK = 5001, 1 << 16
 WINDOW = 1 << 16  # less than a queue on the way takes, so that no packet is lost without a reason
+PACE_BYTES, PACE_SECONDS = 4096, 0.002  # of a flow that goes on until it is ended
 PATTERN = bytes(range(251)) * 2 * (CHUNK // 251 + 1)  # 251 is prime: a lost or doubled piece shows
 TOTAL_RETRANSMITS = 100  # the byte of the kernel's tcp_info where tcpi_total_retrans begins
 
@@ -45,7 +46,7 @@ def expected(at, size):
 
 
 def flow(address, size, seconds):
-    """Goes on until `size` bytes have come back, or, with 0, until standard input ends."""
+    """Goes on until `size` bytes have come back, or, with 0, until standard input ends; says then when it flows."""
     told = {"bytes": 0, "retransmits": 0, "longest_silence": 0.0, "error": None}
     stopped = threading.Event()
     begin = time.monotonic()
@@ -65,6 +66,8 @@ def flow(address, size, seconds):
                 data, tail = data[:-4], data[-4:]
                 if data != expected(told["bytes"], len(data)):
                     raise OSError(f"what came back is not what was sent, somewhere from byte {told['bytes']} on")
+                if not size and not told["bytes"]:
+                    print("flowing", flush=True)
                 told["bytes"] += len(data)
             if len(tail) != 4 or (size and told["bytes"] != size):
                 raise OSError(f"the connection ended early, after {told['bytes']} bytes")
@@ -79,9 +82,11 @@ def send(connection, size, stopped):
     try:
         sent = 0
         while sent < size if size else not stopped.is_set():
-            count = min(CHUNK, size - sent) if size else CHUNK
+            count = min(CHUNK, size - sent) if size else PACE_BYTES
             connection.sendall(expected(sent, count))
             sent += count
+            if not size:
+                time.sleep(PACE_SECONDS)
         connection.shutdown(socket.SHUT_WR)
     except OSError:
         pass  # the receiving side sees it

@@ -15,6 +15,7 @@ CARD_TO_A, CARD_TO_PEER = "00:00:5e:00:01:01", "00:00:5e:00:01:02"
 # The switch's ends of the links to the card, by the card's ports, and of the one to B.
 PEER_LINKS = {"eth2": "peer2", "eth3": "peer3", "eth4": "peer4"}
 PEER_TO_B = "peerb"
+NATIVE_VLANS = {"eth1": 101, "eth2": 102, "eth3": 102, "eth4": 102}  # of the card's ports
 PEER_MAC, PEER_TO_B_MAC = "02:00:00:00:02:02", "02:00:00:00:02:0b"
 
 
