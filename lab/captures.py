@@ -1,0 +1,144 @@
+"""What both sides of the card saw in a case, as tshark understands it."""
+import collections
+import dataclasses
+import json
+import subprocess
+import time
+
+from namespaces import FOLDER, Failure, run, start, stop, wait_for
+from topology import (A_V4, A_V6, B_V4, B_V6, BRIDGED_A_V4, BRIDGED_A_V6, BRIDGED_B_V4, BRIDGED_B_V6, CARD_TO_PEER,
+                      MORE_OF_B, PEER_LINKS, of_version, version_of)
+
+PORTS = ("eth1", *PEER_LINKS)
+FIELDS = ("frame.interface_name", "eth.src", "vlan.id", "mpls.label", "mpls.bottom", "mpls.ttl", "ip.src", "ip.dst",
+          "ip.ttl", "ipv6.src", "ipv6.dst", "ipv6.hlim", "_ws.malformed", "ip.checksum.status", "frame.number")
+HOSTS = {"A": (A_V4, A_V6, BRIDGED_A_V4, BRIDGED_A_V6), "B": (B_V4, B_V6, *MORE_OF_B, BRIDGED_B_V4, BRIDGED_B_V6)}
+
+MARK = b"that was the end"  # 16 bytes, as many as ping repeats in its packet
+
+
+@dataclasses.dataclass(frozen=True)
+class Seen:
+    """Frames that look the same: on their way over a port of the card, "in" or "out", of packets to A or to B."""
+    port: str
+    way: str
+    to: str
+    version: int
+    labels: tuple  # (label, S, TTL), the outermost first
+    ttl: int
+    vlan: int = 0
+
+    def __str__(self):
+        labels = " ".join(f"{label}/S={bottom}/TTL={ttl}" for label, bottom, ttl in self.labels) or "none"
+        tag = f", VLAN {self.vlan}" if self.vlan else ""
+        return f"{self.way} through {self.port} to {self.to}: IPv{self.version}, TTL {self.ttl}, labels {labels}{tag}"
+
+
+def stretch(port, way, to, ttl, labels=(), vlan=0, own_labels=True):
+    """What is to be seen on a stretch of a case's way, for both IP versions. `labels` are (label, TTL) of IPv4;
+    IPv6 has others on the way to B, if it has its own."""
+    seen = []
+    for version in (4, 6):
+        numbers = [label for label, _ in labels]
+        if numbers and to == "B" and own_labels:
+            numbers = of_version(version, numbers)
+        stack = [(number, int(at + 1 == len(labels)), labels[at][1]) for at, number in enumerate(numbers)]
+        seen.append(Seen(port, way, to, version, tuple(stack), ttl, vlan))
+    return seen
+
+
+class Capture:
+    """Runs from when it is made until stop. Below the labels of pseudowires are Ethernet frames."""
+
+    def __init__(self, name, pseudowires=()):
+        self.pseudowires = pseudowires
+        self.dissected = None
+        self.path = FOLDER / f"{name}.pcapng"
+        self.log = FOLDER / f"{name}.log"
+        interfaces = [word for port in PORTS for word in ("-i", port)]
+        self.frames = 0
+        # What does not fit its buffers, in MiB, in packets and in bytes, it would leave out.
+        with self.log.open("w") as log:
+            self.process = start("dumpcap", "-q", "-B", 16, "-N", 1000000, "-C", 500000000, *interfaces, "-w",
+                                 self.path, namespace="card", stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=log)
+        wait_for(lambda: self.path.exists() and self.path.stat().st_size > 0, "the start of the capture")
+
+    def stop(self, marks=None):
+        """Frames come to the file in blocks, a few a second: waits for so many marked ones, which hosts send last.
+        Where packets have been lost already, a second has to do."""
+        deadline = time.monotonic() + (1 if marks is None else 3)
+        while time.monotonic() < deadline and (marks is None or self.path.read_bytes().count(MARK) < marks):
+            time.sleep(0.02)
+        stop(self.process)
+        lost = [line for line in self.log.read_text().splitlines() if "dropped on" in line and "/0 (pcap" not in line]
+        if lost:
+            raise Failure("the capture is not whole: " + "; ".join(lost))
+
+    def judge(self, expected):
+        """What is wrong, in lines; none when frames were seen as expected and no others. On each way as many leave the
+        card as come to it."""
+        counts = collections.Counter()
+        wrong = []
+        for values in self.frames_seen():
+            if values["_ws.malformed"] or values["ip.checksum.status"] in ("0", "Bad"):
+                wrong.append(f"frame {values['frame.number']} on {values['frame.interface_name']} is malformed")
+            elif seen := read(values):
+                counts[seen] += 1
+        for seen in sorted(counts.keys() - set(expected), key=str):
+            wrong.append(f"not to be seen: {seen} ({counts[seen]} frames)")
+        for seen in expected:
+            if not counts[seen]:
+                wrong.append(f"never seen: {seen}")
+        for to, version in {(seen.to, seen.version) for seen in expected}:
+            of_way = {way: sum(count for seen, count in counts.items() if (seen.to, seen.version, seen.way) ==
+                               (to, version, way)) for way in ("in", "out")}
+            if of_way["in"] != of_way["out"]:
+                wrong.append(f"of {of_way['in']} IPv{version} frames to {to} that came to the card {of_way['out']} "
+                             "left")
+        self.frames = sum(counts.values())
+        return wrong
+
+    def frames_seen(self):
+        """What tshark says of each frame, by field. Asked once, after the capture's end."""
+        if self.dissected is None:
+            command = ["tshark", "-n", "-r", self.path, "-T", "fields", "-E", "occurrence=a", "-E", "aggregator=;",
+                       "-o", "ip.check_checksum:TRUE", "-o", "tcp.analyze_sequence_numbers:FALSE"]
+            for label in self.pseudowires:
+                command += ["-d", f"mpls.label=={label},pwethnocw"]
+            for field in FIELDS:
+                command += ["-e", field]
+            done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=60)
+            if done.returncode != 0:
+                raise Failure(f"tshark: {done.stderr.strip()}")
+            self.dissected = [dict(zip(FIELDS, line.split("\t"))) for line in done.stdout.splitlines()]
+        return self.dissected
+
+    def frame(self, number):
+        """The bytes of a frame."""
+        printed = run("tshark", "-n", "-r", self.path, "-Y", f"frame.number == {number}", "-T", "jsonraw")
+        return bytes.fromhex(json.loads(printed[printed.index("["):])[0]["_source"]["layers"]["frame_raw"][0])
+
+
+def marks(expected, addresses):
+    """How many frames a mark to each of the addresses makes: in and out on each stretch."""
+    versions = [version_of(address) for address in addresses]
+    return 2 * sum(versions.count(seen.version) for seen in expected if seen.way == "in")
+
+
+def read(values):
+    """A line of tshark's as frames are told apart; nothing for what is neither of A nor of B."""
+    def every(field):
+        return values[field].split(";") if values[field] else []
+
+    to_v4, to_v6 = every("ip.dst"), every("ipv6.dst")
+    destination = (to_v4 or to_v6 or [""])[-1]
+    to = next((host for host, addresses in HOSTS.items() if destination in addresses), None)
+    if not to:
+        return None
+    port = values["frame.interface_name"]
+    came_from_card = to == "A" if port == "eth1" else every("eth.src")[0] == CARD_TO_PEER
+    bottoms = [int(bottom in ("1", "True")) for bottom in every("mpls.bottom")]
+    labels = tuple(zip(map(int, every("mpls.label")), bottoms, map(int, every("mpls.ttl"))))
+    ttl = int((every("ip.ttl") or every("ipv6.hlim"))[-1])
+    return Seen(port, "out" if came_from_card else "in", to, 4 if to_v4 else 6, labels, ttl,
+                int((every("vlan.id") or ["0"])[0]))

@@ -1,0 +1,137 @@
+"""A Linux kernel with MPLS as the foreign switch: user-mode-linux, a kernel that runs as a program. Its root is the
+machine's own tree, its interfaces are the switch's ends of the links."""
+import pathlib
+import queue
+import subprocess
+import threading
+
+from namespaces import FOLDER, SECONDS, Failure, start, stop
+from topology import (B_MAC, B_V4, B_V6, CARD_TO_PEER, LINK_MTU, MORE_OF_B, PEER_LINKS, PEER_MAC, PEER_TO_B,
+                      PEER_TO_B_MAC, of_version)
+
+# Addresses of the guest and of the card on each link; only their MACs are seen on the wire.
+LINKS = {"eth2": ("vec0", 2), "eth3": ("vec1", 3), "eth4": ("vec2", 4)}
+TO_B = "vec3"
+A_NETWORK_V4, A_NETWORK_V6 = "192.0.2.0/24", "2001:db8:a::/64"
+
+
+class MplsKernel:
+    name, short_name = "Linux MPLS kernel", "kernel"
+    ends_pseudowires = takes_tags = False
+
+    def __init__(self):
+        self.boot()
+
+    def boot(self):
+        interfaces = [(name, PEER_MAC) for name in PEER_LINKS.values()] + [(PEER_TO_B, PEER_TO_B_MAC)]
+        vectors = [f"vec{number}:transport=raw,ifname={name},mac={mac},mtu={LINK_MTU},vec=0,gro=0"
+                   for number, (name, mac) in enumerate(interfaces)]
+        init = pathlib.Path(__file__).with_name("guest_init.sh").resolve()
+        self.guest = start("linux.uml", "mem=64M", "umid=guest", f"uml_dir={FOLDER}", *vectors, "root=/dev/root",
+                           "rootfstype=hostfs", "rootflags=/", "rw", "con=null", "con0=fd:0,fd:1", "ssl=null", "quiet",
+                           f"init={init}", namespace="peer", stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                           stderr=subprocess.STDOUT, text=True, errors="replace", bufsize=1)
+        self.lines = queue.Queue()
+        threading.Thread(target=self.listen, args=(self.guest.stdout, self.lines), daemon=True).start()
+        self.hear("guest: up")
+        setup = []
+        for port, (device, number) in LINKS.items():
+            setup += [f"link set {device} up", f"addr add 203.0.113.{16 * number + 1}/28 dev {device}",
+                      f"addr add 2001:db8:{number}::1/64 dev {device} nodad",
+                      f"neigh add {self.card_v4(port)} lladdr {CARD_TO_PEER} dev {device}",
+                      f"neigh add {self.card_v6(port)} lladdr {CARD_TO_PEER} dev {device}"]
+            self.tell(f"echo 1 >/proc/sys/net/mpls/conf/{device}/input")
+        setup += [f"link set {TO_B} up", f"addr add 198.51.100.254/24 dev {TO_B}",
+                  f"addr add 2001:db8:b::fe/64 dev {TO_B} nodad"]
+        setup += [f"neigh add {address} lladdr {B_MAC} dev {TO_B}" for address in (B_V4, B_V6, *MORE_OF_B)]
+        self.ip(setup)
+        self.routes = []
+
+    @staticmethod
+    def listen(console, lines):
+        for line in console:
+            lines.put(line.strip())
+        lines.put(None)
+
+    def hear(self, wanted):
+        """What the guest says up to a line that begins like this; gives both."""
+        heard = []
+        while True:
+            try:
+                line = self.lines.get(timeout=SECONDS)
+            except queue.Empty:
+                line = None
+            if line is None:
+                raise Failure("the guest is silent; it said: " + " | ".join(heard))
+            if line.startswith(wanted):
+                return heard, line
+            heard.append(line)
+
+    def tell(self, command):
+        """Has the guest do a command; gives what it printed."""
+        self.guest.stdin.write(command + "\n")
+        heard, status = self.hear("guest: status ")
+        if status != "guest: status 0":
+            raise Failure(f"the guest's {command}: {' | '.join(heard)}")
+        return "\n".join(heard)
+
+    def ip(self, lines):
+        """Lines of `ip`, one by one: the console takes no long ones."""
+        for line in lines:
+            self.tell("ip " + line)
+
+    @staticmethod
+    def card_v4(port):
+        return f"203.0.113.{16 * LINKS[port][1] + 14}"
+
+    @staticmethod
+    def card_v6(port):
+        return f"2001:db8:{LINKS[port][1]}::fe"
+
+    def clear(self):
+        self.tell("ip -f mpls route flush; ip route flush " + A_NETWORK_V4 + "; ip -6 route flush " + A_NETWORK_V6)
+        self.routes = []
+
+    def ready(self):
+        self.ip(self.routes)
+
+    def to_b(self, port, labels=()):
+        """What the card sends with exactly these labels, the outermost first, goes to B. Plain packets do anyway."""
+        for version in (4, 6) if labels else ():
+            *above, bottom = of_version(version, labels)
+            via = f"via inet {B_V4}" if version == 4 else f"via inet6 {B_V6}"
+            self.routes += [f"-f mpls route replace {label} dev lo" for label in above]
+            self.routes.append(f"-f mpls route replace {bottom} {via} dev {TO_B}")
+
+    def to_a(self, port, labels=()):
+        """What B sends to A goes to the card's port under these labels."""
+        encap = f"encap mpls {'/'.join(map(str, labels))} " if labels else ""
+        device = LINKS[port][0]
+        self.routes += [f"route replace {A_NETWORK_V4} {encap}via {self.card_v4(port)} dev {device}",
+                        f"-6 route replace {A_NETWORK_V6} {encap}via {self.card_v6(port)} dev {device}"]
+
+    def swap(self, port, label, new_label, new_port):
+        """What the card sends with this label comes back to another port of it with the new one."""
+        for version in (4, 6):
+            (old,), (new,) = of_version(version, [label]), of_version(version, [new_label])
+            self.routes.append(f"-f mpls route replace {old} as {new} via inet {self.card_v4(new_port)} "
+                               f"dev {LINKS[new_port][0]}")
+
+    def story(self, port, frame):
+        """What the kernel has counted where the frame came in."""
+        return self.tell(f"ip -s -f mpls link show dev {LINKS[port][0]}; ip -f mpls route")
+
+    def restart(self):
+        routes = self.routes
+        self.stop()
+        self.boot()
+        self.routes = routes
+        self.ready()
+
+    def stop(self):
+        self.guest.stdin.close()
+        try:
+            self.guest.wait(SECONDS)
+        except subprocess.TimeoutExpired:
+            pass
+        stop(self.guest)

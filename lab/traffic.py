@@ -1,0 +1,87 @@
+"""What hosts send each other in a case."""
+import json
+import pathlib
+import re
+import subprocess
+
+from captures import MARK
+from namespaces import Failure, inside, run, start
+from topology import HOST_MTU, version_of
+
+STREAM = pathlib.Path(__file__).with_name("stream.py")
+FLOW_SECONDS = 10  # without a byte, after which a flow is given up
+MEGABYTE = 1 << 20
+FLOWS_BYTES = 3 * MEGABYTE  # of TCP in a case, each way
+HEADERS = {4: 20 + 8, 6: 40 + 8}  # of IP and ICMP
+
+
+class Echo:
+    """B's side of every flow."""
+
+    def __init__(self):
+        self.process = start("python3", "-B", STREAM, "echo", namespace="b", stdin=subprocess.DEVNULL,
+                             stdout=subprocess.PIPE, text=True)
+        if self.process.stdout.readline() != "ready\n":
+            raise Failure("B's echo has not started")
+
+
+def exchange(case, card, switch):
+    """A case's usual traffic; what to tell of it. Of a case that has to fail it is the packets of the full MTU."""
+    for address in case.to:
+        ping(address, HOST_MTU, seconds=0.3 if case.bite else 1)
+    told = [flow(address, FLOWS_BYTES // len(case.to)) for address in case.to]
+    size, seconds = sum(each["bytes"] for each in told), sum(each["seconds"] for each in told)
+    again = sum(each["retransmits"] for each in told)
+    return f"{size / MEGABYTE:.1f} MB of TCP each way, {16 * size / seconds / 1e6:.0f} Mbit/s, {again} sent again"
+
+
+def ping(address, mtu, count=3, seconds=1.0):
+    """Packets of the whole MTU, not to be cut on their way; all have to come back, each in so many seconds."""
+    version = version_of(address)
+    printed = run("ping", "-q", "-n", "-M", "do", "-s", mtu - HEADERS[version], "-c", count, "-i", "0.01",
+                  "-W", seconds, address, namespace="a", may_fail=True)
+    received = re.search(r"(\d+) received", printed)
+    if not received or int(received[1]) != count:
+        raise Failure(f"of {count} pings of {mtu} bytes to {address} {received[1] if received else 'none'} came back")
+
+
+def mark(address):
+    """A packet that tells a capture that all before it is there; lost ones are told by what else is lost."""
+    run("ping", "-q", "-n", "-s", 32, "-p", MARK.hex(), "-c", 1, "-W", "1", address, namespace="a",
+        may_fail=True)
+
+
+def flow(address, size):
+    """A connection that sends `size` bytes and gets them back; what it tells."""
+    return judged(run("python3", "-B", STREAM, address, size, FLOW_SECONDS, namespace="a", seconds=30), address)
+
+
+def judged(printed, address):
+    try:
+        told = json.loads(printed)
+    except ValueError:
+        raise Failure(f"TCP to {address}: {printed.strip()}") from None
+    if told["error"]:
+        raise Failure(f"TCP to {address}: {told['error']}")
+    return told
+
+
+class LastingFlow:
+    """A flow that goes on until it is ended."""
+
+    def __init__(self, address):
+        self.address = address
+        self.process = subprocess.Popen([*inside("a"), "python3", "-B", STREAM, address, "0", str(FLOW_SECONDS)],
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        first = self.process.stdout.readline()
+        if first != "flowing\n":
+            judged(first, address)
+
+    def end(self):
+        """What it tells. A failure when it has not lived to its end."""
+        try:
+            printed, _ = self.process.communicate(timeout=2 * FLOW_SECONDS)
+        except subprocess.TimeoutExpired:
+            self.process.kill()
+            raise Failure(f"TCP to {self.address} does not end") from None
+        return judged(printed, self.address)
