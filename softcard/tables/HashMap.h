@@ -53,7 +53,7 @@ class HashMap {
     size_ = other.size_;
     return *this;
   }
-  HashMap(HashMap&&) = default;
+  HashMap(HashMap&&) noexcept = default;
   ~HashMap() = default;
 
   std::size_t size() const { return size_; }
