@@ -72,8 +72,9 @@ TEST_F(TheReport, GivesARowToTheDestinationsWhosePacketsGoThroughIt) {
 }
 
 TEST_F(TheReport, GivesWhatAVlanNeedsToItsDestination) {
-  for (const char* row : {"station 100", "association 100", "protocol 100", "vrf 1"})
+  for (const char* row : {"station 100", "association 100", "protocol 100", "vrf 1"}) {
     EXPECT_EQ(UsersOf(row, ""), Ids{10});
+  }
 }
 
 TEST_F(TheReport, GivesWhatLeadsToADestinationToIt) {
