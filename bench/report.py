@@ -14,6 +14,7 @@ import tempfile
 import time
 
 import instructions
+import recorder_times
 from growth_plot import plot
 
 PROJECT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
@@ -192,6 +193,8 @@ def main(build, docs):
     sizes = measure_sizes(build)
     card = measure_card(build)
     audit = measure_audit(build)
+    recorder = recorder_times.measure(f"{build}/release")
+    volumes = [recorder_times.measure_volume(f"{build}/release", requests) for requests in (100000, 1000000)]
 
     steps = ("install", "replace", "destroy")
     growth = {f"instructions, {order} ids": [sum(counted[size, order][f"host {step} module"]["instructions"]
@@ -205,7 +208,7 @@ def main(build, docs):
     blocks = {"requests": request_table(small, large, times, on_card[SMALL], on_card[LARGE]), "aims": aims_text(small),
               "growth": growth_table({**growth, **growth_in_time}), "software card": software_card_table(card),
               "numbers": numbers_text(memory, memory_on_card, sizes, card),
-              "audit": audit_text(audit)}
+              "audit": audit_text(audit), "recorder": recorder_times.text(*recorder, volumes)}
     print(blocks["requests"])
 
     with open(f"{build}/bench.json", "w") as file:
@@ -213,7 +216,9 @@ def main(build, docs):
                    "powerpc": on_card,
                    "bytes per destination": {"x86_64": memory, "powerpc": memory_on_card},
                    "nanoseconds": {" ".join(map(str, name)): value for name, value in times.items()},
-                   "bytes of code and constants": sizes, "software card": card, "audit": audit}, file, indent=1)
+                   "bytes of code and constants": sizes, "software card": card, "audit": audit,
+                   "recorder": {" ".join(way): value for way, value in recorder[0].items()}, "recordings": volumes},
+                  file, indent=1)
     with open(f"{build}/growth.svg", "w") as file:
         file.write(svg)
     if docs:

@@ -23,14 +23,12 @@ std::optional<recorder::Entry> CardRecording::Next() {
   return entry;
 }
 
-void TellUnusable(const std::string& path) {
+void TellUnusable(const std::string& path, const std::runtime_error& error) {
   std::cout.flush();
   const std::string name = scenario::Printable(path);
-  try {
-    throw;
-  } catch (const recorder::BadRecording& bad) {
-    std::cerr << name << ": " << scenario::Printable(bad.what()) << '\n';
-  } catch (const std::runtime_error& error) {
+  if (dynamic_cast<const recorder::BadRecording*>(&error)) {
+    std::cerr << name << ": " << scenario::Printable(error.what()) << '\n';
+  } else {
     std::cerr << "softcard: " << name << ' ' << error.what() << '\n';
   }
 }

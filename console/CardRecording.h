@@ -3,6 +3,7 @@
 
 #include <fstream>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "diagnosis/CardTerms.h"
@@ -27,8 +28,8 @@ class CardRecording {
   std::optional<recorder::Reader> reader_;
 };
 
-/// Says on standard error why a recording cannot be used; inside a catch.
-void TellUnusable(const std::string& path);
+/// Says on standard error why a recording cannot be used.
+void TellUnusable(const std::string& path, const std::runtime_error& error);
 
 }  // namespace console
 

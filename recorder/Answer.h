@@ -71,7 +71,11 @@ Result Plain(Values... values) {
   const calls::Call* const recorded = Player::Get().Answer(calls::MakeCall(function, arguments));
   const auto write = std::apply([](auto... outputs) { return Written(outputs...); }, Shape<kIndex>::Outputs(values...));
   if (recorded) write(*recorded);
-  if constexpr (!std::is_void_v<Result>) return As<Result>(recorded ? recorded->result : calls::Value());
+  if constexpr (std::is_void_v<Result>) {
+    return;
+  } else {
+    return As<Result>(recorded ? recorded->result : calls::Value());
+  }
 }
 template <int kIndex, typename Result, typename Object, typename... Values>
 Result Member(Object* /*object*/, Values... values) {

@@ -89,7 +89,6 @@ class Way<kIndex, kNoted> {
     return to_.load(std::memory_order_relaxed)(values...);
   }
 
- private:
   static Result Decide(Values... values) {
     if (Within::Here() == Place::kRequest) return kNoted(values...);
     const auto next = reinterpret_cast<Result (*)(Values...)>(Next(kIndex));
@@ -97,6 +96,7 @@ class Way<kIndex, kNoted> {
     return next(values...);
   }
 
+ private:
   static inline std::atomic<Result (*)(Values...)> to_{Decide};
 };
 

@@ -1,12 +1,10 @@
 #include "recorder/ReplayReport.h"
 
-#include <utility>
-
 #include "recorder/Difference.h"
 
 namespace recorder {
 
-void ReplayReport::Tell(const Step& step, std::vector<std::string> recorded, std::vector<std::string> now) {
+void ReplayReport::Tell(const Step& step, const std::vector<std::string>& recorded, std::vector<std::string> now) {
   ++requests_;
   // What came behind the end of the recording nobody knows.
   if (!step.complete && now.size() > recorded.size()) now.resize(recorded.size());

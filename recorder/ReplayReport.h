@@ -16,7 +16,7 @@ class ReplayReport {
   explicit ReplayReport(std::ostream& out) : out_(out) {}
 
   /// A request that was made; `now` is what it did and `recorded` what it did then, a line each.
-  void Tell(const Step& step, std::vector<std::string> recorded, std::vector<std::string> now);
+  void Tell(const Step& step, const std::vector<std::string>& recorded, std::vector<std::string> now);
   void Tell(const Remark& remark);
   /// The last line; whether there were no differences.
   bool End();

@@ -182,15 +182,15 @@ void ScenarioWriter::Expect(const Step& step) {
     const auto& event = std::get<calls::Event>(item.what);
     const auto* const call = std::get_if<calls::Call>(&event);
     if (call && call->function->purpose == calls::Purpose::kAccess) {
-      const auto* const text = std::get_if<std::string>(&call->result);
-      if (text && !text->empty()) object_texts_.push_back(Literal(*text));
+      const auto* const told = std::get_if<std::string>(&call->result);
+      if (told && !told->empty()) object_texts_.push_back(Literal(*told));
       continue;
     }
     std::string line = call ? Pattern(*call, names_) : Literal(calls::UnmarkedText(event, names_));
     if (!call) LetAnyIntfBeLogged(&line);
-    for (const std::string& text : object_texts_) {
-      const std::size_t found = call ? std::string::npos : line.find(text);
-      if (found != std::string::npos) line.replace(found, text.size(), 1, kAnything);
+    for (const std::string& of_object : object_texts_) {
+      const std::size_t found = call ? std::string::npos : line.find(of_object);
+      if (found != std::string::npos) line.replace(found, of_object.size(), 1, kAnything);
     }
     text_ += "  " + line + '\n';
   }

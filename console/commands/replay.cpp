@@ -26,7 +26,7 @@ ExitStatus ReplayOnCard(const std::string& path, softcard::Card& card) try {
     if (const auto* step = std::get_if<recorder::Step>(&*entry)) {
       diagnosis::OnCard::Made made = on_card.Make(*step);
       for (const std::string& other : made.other_ids) std::cout << "line " << step->line << ": " << other << '\n';
-      report.Tell(*step, std::move(made.recorded), std::move(made.now));
+      report.Tell(*step, made.recorded, std::move(made.now));
     } else if (const auto* standing = std::get_if<recorder::Standing>(&*entry)) {
       on_card.Apply(*standing);
     } else {
@@ -34,8 +34,8 @@ ExitStatus ReplayOnCard(const std::string& path, softcard::Card& card) try {
     }
   }
   return Flushed(report.End() ? kAllHold : kSomeFailed);
-} catch (const std::runtime_error&) {
-  TellUnusable(path);
+} catch (const std::runtime_error& error) {
+  TellUnusable(path, error);
   return kUnusable;
 }
 

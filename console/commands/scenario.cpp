@@ -39,8 +39,8 @@ ExitStatus MakeScenario(const ScenarioOptions& options, Console& console) {
     CardRecording recording(options.recording);
     text = options.minimise ? MinimisedScenario(&recording, options.line, console.language, console.card)
                             : WholeScenario(&recording);
-  } catch (const std::runtime_error&) {
-    TellUnusable(options.recording);
+  } catch (const std::runtime_error& error) {
+    TellUnusable(options.recording, error);
     return kUnusable;
   }
   if (options.scenario.empty()) {
