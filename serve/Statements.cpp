@@ -20,10 +20,9 @@ scenario::Action Writes(limid_t limid, Write write) {
   return [limid, write](Run& run) {
     return run.performer.Perform([&] {
       const int port = scenario::ToPort(limid, run.card);
-      if (!run.card.tables().ports.IsEthernet(port))
-        return RequestResult{RequestResult::Kind::kNumber, kNoSuchPort, ""};
-      write(port);
-      return RequestResult{RequestResult::Kind::kNumber, 0, ""};
+      const bool exists = run.card.tables().ports.IsEthernet(port);
+      if (exists) write(port);
+      return RequestResult{RequestResult::Kind::kNumber, exists ? 0 : kNoSuchPort, ""};
     });
   };
 }

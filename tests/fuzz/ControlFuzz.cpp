@@ -12,14 +12,13 @@
 namespace {
 
 bool EndsWell(std::string_view answer) {
-  for (const std::string_view name : {"", "other "}) {
-    const std::string_view end = answer.substr(answer.size() - std::min(answer.size(), name.size() + 6));
-    if (end.size() == name.size() + 6 && end.substr(0, name.size()) == name && end.substr(name.size(), 4) == "end " &&
-        end.back() == '\n') {
-      return true;
-    }
-  }
-  return false;
+  constexpr std::string_view kEnd = "end 0\n";
+  if (answer.size() < kEnd.size() || answer.back() != '\n') return false;
+  std::string_view last = answer.substr(0, answer.size() - 1);
+  last.remove_prefix(last.find('\n') == std::string_view::npos ? 0 : last.rfind('\n') + 1);
+  constexpr std::string_view kOther = "other ";
+  if (last.substr(0, kOther.size()) == kOther) last.remove_prefix(kOther.size());
+  return last.size() == kEnd.size() - 1 && last.substr(0, 4) == kEnd.substr(0, 4);
 }
 
 }  // namespace
