@@ -60,7 +60,8 @@ class Capture:
         # What does not fit its buffers, in MiB, in packets and in bytes, it would leave out.
         with self.log.open("w") as log:
             self.process = start("dumpcap", "-q", "-B", 16, "-N", 1000000, "-C", 500000000, *interfaces, "-w",
-                                 self.path, namespace="card", stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=log)
+                                 self.path, namespace="card", stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                 stderr=log)
         wait_for(lambda: self.path.exists() and self.path.stat().st_size > 0, "the start of the capture")
 
     def stop(self, marks=None):

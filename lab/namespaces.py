@@ -19,7 +19,8 @@ def run(*command, namespace=None, seconds=SECONDS, may_fail=False):
     """Runs a program to its end; gives what it printed."""
     try:
         done = subprocess.run([*inside(namespace), *map(str, command)], stdin=subprocess.DEVNULL,
-                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace", timeout=seconds)
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
+                              timeout=seconds)
     except subprocess.TimeoutExpired:
         raise Failure(f"{' '.join(map(str, command))}: not done after {seconds} s") from None
     if done.returncode != 0 and not may_fail:
