@@ -34,7 +34,7 @@ constexpr unsigned int kVlan = 100;
 constexpr unsigned int kVrf = 1;
 constexpr std::size_t kFrameSize = 64;
 constexpr std::size_t kFrames = 16384;
-constexpr std::size_t kAhead = 4;  ///< frames that are known before it is their turn
+constexpr std::size_t kAhead = 8;  ///< frames that are known before it is their turn
 unsigned char router_mac[6] = {0x00, 0x00, 0x5e, 0x00, 0x01, 0x01};
 unsigned char next_hop_mac[6] = {0x00, 0x00, 0x5e, 0x00, 0x02, 0x01};
 

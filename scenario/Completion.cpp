@@ -145,7 +145,13 @@ std::vector<std::string> ColumnsOf(const std::string& name) {
 /// The fields that the form has and the words behind its name do not, and what the word can be whose turn it is.
 std::vector<std::string> Parts(const Form& form, const std::vector<std::string>& words, const softcard::Card& card) {
   std::vector<std::string> plain, fields, parts;
-  for (const std::string& word : words) (word.find('=') == std::string::npos ? plain : fields).push_back(word);
+  for (const std::string& word : words) {
+    if (word.find('=') == std::string::npos) {
+      plain.push_back(word);
+    } else {
+      fields.push_back(word);
+    }
+  }
   const auto add = [&parts](const std::vector<std::string>& more) {
     parts.insert(parts.end(), more.begin(), more.end());
   };

@@ -123,7 +123,7 @@ ExitStatus RunOwn(const ShellOptions& options, Console& console) {
   return StatusOf(RunShell(console.language, card));
 }
 
-ExitStatus RunAttached(const ShellOptions& options, Console& console) {
+ExitStatus RunAttached(const ShellOptions& options, const Console& console) {
   RunningCard card(options.attach, WantsColour(options.colour) ? "color" : "text");
   return StatusOf(RunShell(console.language, card));
 }
