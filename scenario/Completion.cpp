@@ -12,12 +12,6 @@ namespace {
 /// More values are of no help, and take longer to gather than a reader waits.
 constexpr std::size_t kMostValues = 1000;
 
-std::vector<std::string> NamesOf(const Names& names) {
-  std::vector<std::string> texts;
-  for (const auto& name : names) texts.push_back(name.first);
-  return texts;
-}
-
 std::vector<softcard::Row> FewRows(const softcard::Card& card, const std::string& table) {
   return card.RowCount(table) > kMostValues ? std::vector<softcard::Row>() : card.Rows(table);
 }
@@ -57,7 +51,7 @@ std::vector<std::string> ValuesOf(const std::string& kind, const std::string& st
 }
 
 /// The line's words; what quotes hold together counts as one, closed or not.
-std::vector<std::string> Words(std::string_view line) {
+std::vector<std::string> WordsOfLine(std::string_view line) {
   std::vector<std::string> words = {""};
   bool quoted = false;
   for (const char c : line) {
@@ -178,7 +172,7 @@ std::vector<std::string> Parts(const Form& form, const std::vector<std::string>&
 }  // namespace
 
 std::vector<std::string> Completions(const Language& language, const softcard::Card& card, std::string_view line) {
-  std::vector<std::string> words = Words(line);
+  std::vector<std::string> words = WordsOfLine(line);
   const std::string last = words.back();
   words.pop_back();
 

@@ -28,6 +28,12 @@ std::vector<std::string> FunctionNames(bool refusable) {
   return names;
 }
 
+std::vector<std::string> NamesOf(const Names& names) {
+  std::vector<std::string> result;
+  for (const auto& name : names) result.push_back(name.first);
+  return result;
+}
+
 namespace {
 
 const Names kTruth = {{"false", 0}, {"true", 1}};
@@ -39,12 +45,6 @@ constexpr long long Lowest() {
 template <typename T>
 constexpr long long Highest() {
   return std::numeric_limits<T>::max();
-}
-
-std::vector<std::string> NamesOf(const Names& names) {
-  std::vector<std::string> result;
-  for (const auto& name : names) result.push_back(name.first);
-  return result;
 }
 
 /// The number that all of `text` spells; what is wrong with it otherwise.

@@ -60,6 +60,7 @@ std::vector<std::string> ToTables(const Token& word);
 /// The names of the functions that program or ask the card; of those alone whose result a fault can replace.
 std::vector<std::string> FunctionNames(bool refusable);
 
+std::vector<std::string> NamesOf(const Names& names);
 extern const Names kStatuses;
 extern const Names kVlanCapabilities;
 extern const Names kMplsCapabilities;

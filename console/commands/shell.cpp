@@ -22,8 +22,6 @@
 namespace console {
 namespace {
 
-using Outcome = ShellCard::Outcome;
-
 struct ShellOptions {
   std::vector<std::string> paths;
   std::vector<std::string> definitions;
@@ -42,12 +40,12 @@ class OwnCard : public ShellCard {
         printer_(std::cout, {Detail::kCalls, WantsColour(options.colour), 0, options.hex}),
         session_(console.language, console.card, {options.all_calls, false}, {&console.ledger}) {}
 
-  Outcome Do(scenario::SourceText lines) override {
+  ShellOutcome Do(scenario::SourceText lines) override {
     const scenario::Answer answer = session_.Do(std::move(lines), printer_, definitions_);
     std::cout.flush();
     std::cerr << answer.Why();
-    if (answer.unusable()) return Outcome::kUnusable;
-    return answer.failed > 0 ? Outcome::kSomeFailed : Outcome::kAllHold;
+    if (answer.unusable()) return ShellOutcome::kUnusable;
+    return answer.failed > 0 ? ShellOutcome::kSomeFailed : ShellOutcome::kAllHold;
   }
 
   std::vector<std::string> Complete(const std::string& line) override {
@@ -67,7 +65,7 @@ class RunningCard : public ShellCard {
   RunningCard(const std::string& socket, const std::string& format)
       : formats_(MakeFormats()), card_(socket, format, *formats_.at(format)) {}
 
-  Outcome Do(scenario::SourceText lines) override try {
+  ShellOutcome Do(scenario::SourceText lines) override try {
     auto last = serve::Ending::kDone;
     for (std::string_view rest = lines.whole; !rest.empty();) {
       const std::size_t end = rest.find('\n');
@@ -77,15 +75,15 @@ class RunningCard : public ShellCard {
       rest.remove_prefix(end + 1);
     }
     switch (last) {
-      case serve::Ending::kDone: return Outcome::kAllHold;
-      case serve::Ending::kFailed: return Outcome::kSomeFailed;
+      case serve::Ending::kDone: return ShellOutcome::kAllHold;
+      case serve::Ending::kFailed: return ShellOutcome::kSomeFailed;
       case serve::Ending::kUnusable:
       case serve::Ending::kMore: break;
     }
-    return Outcome::kUnusable;
+    return ShellOutcome::kUnusable;
   } catch (const std::runtime_error& error) {
     std::cerr << "softcard: " << error.what() << '\n';
-    return Outcome::kGone;
+    return ShellOutcome::kGone;
   }
 
   std::vector<std::string> Complete(const std::string& line) override try {
@@ -102,12 +100,12 @@ class RunningCard : public ShellCard {
   serve::Connection card_;
 };
 
-ExitStatus StatusOf(Outcome outcome) {
+ExitStatus StatusOf(ShellOutcome outcome) {
   switch (outcome) {
-    case Outcome::kAllHold: return kAllHold;
-    case Outcome::kSomeFailed: return kSomeFailed;
-    case Outcome::kUnusable:
-    case Outcome::kGone: break;
+    case ShellOutcome::kAllHold: return kAllHold;
+    case ShellOutcome::kSomeFailed: return kSomeFailed;
+    case ShellOutcome::kUnusable:
+    case ShellOutcome::kGone: break;
   }
   return kUnusable;
 }
@@ -118,7 +116,7 @@ ExitStatus RunOwn(const ShellOptions& options, Console& console) {
   if (!definitions || !paths) return kUnusable;
   OwnCard card(console, options, std::move(*definitions));
   for (const std::string& path : *paths) {
-    if (card.Do({path, scenario::ReadFile(path)}) == Outcome::kUnusable) return kUnusable;
+    if (card.Do({path, scenario::ReadFile(path)}) == ShellOutcome::kUnusable) return kUnusable;
   }
   return StatusOf(RunShell(console.language, card));
 }

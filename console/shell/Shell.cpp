@@ -16,10 +16,8 @@
 namespace console {
 namespace {
 
-using Outcome = ShellCard::Outcome;
-
 constexpr char kPrompt[] = "softcard> ";
-constexpr char kMore[] = "     ...> ";  ///< of a loop or a block that has not ended
+constexpr char kMorePrompt[] = "     ...> ";  ///< of a loop or a block that has not ended
 
 /// Of "help show" and "show ?" the "show"; nothing for a line that asks for no help.
 std::optional<std::string> AskedFor(const std::string& line) {
@@ -44,24 +42,24 @@ class Interpreter {
   bool is_waiting() const { return !lines_.empty(); }
   void Forget() { lines_.Take(); }
 
-  Outcome Take(const std::string& line) {
+  ShellOutcome Take(const std::string& line) {
     if (!is_waiting()) {
       if (const auto words = AskedFor(line)) {
         std::cout << Help(language_, *words);
-        return Outcome::kAllHold;
+        return ShellOutcome::kAllHold;
       }
     }
     try {
-      return lines_.Add(line) ? card_.Do(lines_.Take()) : Outcome::kAllHold;
+      return lines_.Add(line) ? card_.Do(lines_.Take()) : ShellOutcome::kAllHold;
     } catch (const std::runtime_error& error) {
       std::cerr << "error: " << error.what() << '\n';
-      return Outcome::kUnusable;
+      return ShellOutcome::kUnusable;
     }
   }
 
   /// What waits for its end waits in vain.
-  Outcome End() {
-    if (!is_waiting()) return Outcome::kAllHold;
+  ShellOutcome End() {
+    if (!is_waiting()) return ShellOutcome::kAllHold;
     return card_.Do(lines_.Take());
   }
 
@@ -71,28 +69,28 @@ class Interpreter {
   scenario::Collector lines_;
 };
 
-Outcome OnTerminal(Interpreter& interpreter, ShellCard& card) {
+ShellOutcome OnTerminal(Interpreter& interpreter, ShellCard& card) {
   std::cout << "Statements of the scenario language; help and ? list them, Tab completes, Ctrl-D ends.\n";
   LineEditor editor(HistoryFile(), [&card](const std::string& line) { return card.Complete(line); });
   for (std::string line;;) {
     std::cout.flush();
-    switch (editor.Read(interpreter.is_waiting() ? kMore : kPrompt, &line)) {
+    switch (editor.Read(interpreter.is_waiting() ? kMorePrompt : kPrompt, &line)) {
       case LineEditor::Ending::kCancelled: interpreter.Forget(); continue;
-      case LineEditor::Ending::kEnd: return Outcome::kAllHold;
+      case LineEditor::Ending::kEnd: return ShellOutcome::kAllHold;
       case LineEditor::Ending::kLine: break;
     }
-    if (Ends(line)) return Outcome::kAllHold;
-    if (interpreter.Take(line) == Outcome::kGone) return Outcome::kGone;
+    if (Ends(line)) return ShellOutcome::kAllHold;
+    if (interpreter.Take(line) == ShellOutcome::kGone) return ShellOutcome::kGone;
   }
 }
 
 }  // namespace
 
-Outcome RunShell(const scenario::Language& language, ShellCard& card) {
+ShellOutcome RunShell(const scenario::Language& language, ShellCard& card) {
   Interpreter interpreter(language, card);
   if (isatty(STDIN_FILENO)) return OnTerminal(interpreter, card);
-  Outcome worst = Outcome::kAllHold;
-  for (std::string line; worst != Outcome::kGone && std::getline(std::cin, line) && !Ends(line);) {
+  ShellOutcome worst = ShellOutcome::kAllHold;
+  for (std::string line; worst != ShellOutcome::kGone && std::getline(std::cin, line) && !Ends(line);) {
     worst = std::max(worst, interpreter.Take(line));
   }
   return std::max(worst, interpreter.End());

@@ -9,19 +9,21 @@
 
 namespace console {
 
+/// What became of lines.
+enum class ShellOutcome {
+  kAllHold,
+  kSomeFailed,  ///< expectations
+  kUnusable,    ///< nothing was done
+  kGone,        ///< the card is
+};
+
 /// The card that a shell's lines are for: its own, or one that runs elsewhere.
 class ShellCard {
  public:
   virtual ~ShellCard() = default;
 
-  enum class Outcome {
-    kAllHold,
-    kSomeFailed,  ///< expectations
-    kUnusable,    ///< nothing was done
-    kGone,        ///< the card is
-  };
   /// Does lines, and prints what comes of them.
-  virtual Outcome Do(scenario::SourceText lines) = 0;
+  virtual ShellOutcome Do(scenario::SourceText lines) = 0;
   /// What the last word of a line can be, as in scenario::Completions.
   virtual std::vector<std::string> Complete(const std::string& line) = 0;
 };
@@ -30,7 +32,7 @@ class ShellCard {
 /// and a history; from elsewhere as they come. Besides the language's statements there are `help [STATEMENT]`, the same
 /// by `?` behind what is there of a line, and `quit`. Gives the worst outcome of lines that did not come from a
 /// terminal: there somebody has seen what each of them did.
-ShellCard::Outcome RunShell(const scenario::Language& language, ShellCard& card);
+ShellOutcome RunShell(const scenario::Language& language, ShellCard& card);
 
 }  // namespace console
 
