@@ -1,5 +1,7 @@
 #include "calls/Functions.h"
 
+#include <unordered_map>
+
 namespace calls {
 
 Kind Function::result_kind() const {
@@ -33,10 +35,13 @@ bool Function::can_be_refused() const {
 }
 
 const Function* FindFunction(std::string_view name) {
-  for (const Function& function : kFunctions) {
-    if (name == function.name) return &function;
-  }
-  return nullptr;
+  static const auto by_name = [] {
+    std::unordered_map<std::string_view, const Function*> functions;
+    for (const Function& function : kFunctions) functions.emplace(function.name, &function);
+    return functions;
+  }();
+  const auto found = by_name.find(name);
+  return found == by_name.end() ? nullptr : found->second;
 }
 
 }  // namespace calls

@@ -10,7 +10,6 @@ namespace {
 
 using calls::Take;
 
-constexpr std::size_t kLongestLine = 1 << 20;
 constexpr unsigned kDeepest = 64;  // clients' callbacks that call each other
 constexpr char kEdited[] = "; the recording was edited or is damaged: take a whole one, or put the line right";
 
@@ -180,21 +179,18 @@ std::string Reader::TakeHeaderLine(const char* name) {
 }
 
 bool Reader::GetLine(std::string* text) {
-  text->clear();
-  std::streambuf& buffer = *in_.rdbuf();
-  constexpr int kEnd = std::char_traits<char>::eof();
-  for (int c = buffer.sbumpc(); c != '\n'; c = buffer.sbumpc()) {
-    if (c == kEnd && text->empty()) return false;
-    if (c == kEnd) {
-      throw BadRecording("line " + std::to_string(number_ + 1) +
-                         ": the last line is incomplete: the recording was cut; remove that line to read the others");
-    }
-    if (text->size() == kLongestLine) {
-      throw BadRecording("line " + std::to_string(number_ + 1) +
-                         ": no line of a recording is that long; name a file that HAL_CARD_RECORDING was set to");
-    }
-    *text += static_cast<char>(c);
+  in_.getline(buffer_.get(), kLongestLine + 1);
+  const auto taken = static_cast<std::size_t>(in_.gcount());  // with the line's end
+  if (in_.eof() && taken == 0) return false;
+  if (in_.eof()) {
+    throw BadRecording("line " + std::to_string(number_ + 1) +
+                       ": the last line is incomplete: the recording was cut; remove that line to read the others");
   }
+  if (in_.fail()) {
+    throw BadRecording("line " + std::to_string(number_ + 1) +
+                       ": no line of a recording is that long; name a file that HAL_CARD_RECORDING was set to");
+  }
+  text->assign(buffer_.get(), taken - 1);
   ++number_;
   return true;
 }

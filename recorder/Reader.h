@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <istream>
 #include <map>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -112,7 +113,10 @@ class Reader {
   [[noreturn]] void Refuse(const std::string& why) const;
   bool At(unsigned indentation) const { return line_ && line_->indentation == indentation; }
 
+  static constexpr std::size_t kLongestLine = 1 << 20;
+
   std::istream& in_;
+  const std::unique_ptr<char[]> buffer_{new char[kLongestLine + 1]};
   Header header_;
   std::map<int, std::string> words_;
   std::size_t number_ = 0;
