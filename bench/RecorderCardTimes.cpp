@@ -53,7 +53,7 @@ double ShortestNanoseconds() {
 long MostKilobytes() {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
-    if (line.rfind("VmHWM:", 0) == 0) return std::atol(line.c_str() + std::strlen("VmHWM:"));
+    if (line.rfind("VmHWM:", 0) == 0) return std::strtol(line.c_str() + std::strlen("VmHWM:"), nullptr, 10);
   }
   return 0;
 }
@@ -66,7 +66,8 @@ int main(int argc, char** argv) {
   Module().InstallVrf(1);
   Module().InstallVlanOutgoingEncapsulation(kVlan, softcard::LimId("vlan100"), 1, 1500, mac, {});
   if (argc > 1) {
-    for (long made = 0; made < std::atol(argv[1]); made += kRequests) {
+    const long wanted = std::strtol(argv[1], nullptr, 10);
+    for (long made = 0; made < wanted; made += kRequests) {
       if (!LiveAndDie(100)) return 1;
     }
     std::printf("%ld\n", MostKilobytes());

@@ -101,8 +101,9 @@ void SweepText::Swept(const SweptRequest& request) {
 }
 
 void SweepText::EndAlike() {
-  if (rounds_alike_ > 0)
+  if (rounds_alike_ > 0) {
     out_ << "  and " << Counted(rounds_alike_, "request") << " alike, up to " << Printable(last_) << '\n';
+  }
   rounds_alike_ = 0;
 }
 
