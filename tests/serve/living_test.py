@@ -72,6 +72,23 @@ run = subprocess.run([program, "ctl", "--socket", path, "--json", "expect rows v
 assert run.returncode == 2 and json.loads(run.stdout)["complaints"][0]["message"].startswith("unknown table")
 refuses(2, "a card that is running has it", "serve", "--control", path)
 
+# A shell that is attached.
+def attached(status, lines, *texts):
+    run = subprocess.run([program, "shell", "--attach", path], input=lines, stdout=subprocess.PIPE,
+                         stderr=subprocess.STDOUT, text=True, timeout=30, check=False)
+    missing = [text for text in texts if text not in run.stdout]
+    assert (run.returncode, missing) == (status, []), (run.returncode, missing, run.stdout)
+
+
+attached(0, "for I in 1..2\nsay shell $I\nend\nexpect rows vrfs 2\n", "# shell 1", "# shell 2", "ok: expect rows vrfs 2")
+attached(1, "expect rows vrfs 3\n", "failed: expect rows vrfs 3")
+attached(2, "show nothing\nfor I in 1..2\n", "unknown table")
+client = socket.socket(socket.AF_UNIX)
+client.connect(path)
+client.sendall(b"complete destroy-vrf \ncomplete show sw\n")
+client.shutdown(socket.SHUT_WR)
+assert client.makefile().read() == "7\n8\ndone 0\nswitch\ndone 0\n"
+
 # As JSON, a line each; the last one of an answer says how it ended.
 client = socket.socket(socket.AF_UNIX)
 client.connect(path)
@@ -108,6 +125,7 @@ assert milliseconds == 0 or took < milliseconds, f"a thousand requests took {too
 card.send_signal(signal.SIGUSR1)
 assert "show counters" in end(card)
 refuses(2, "no card answers at", "ctl", "--socket", path, "show vrfs")
+refuses(2, "no card answers at", "shell", "--attach", path)
 for how in (signal.SIGINT, signal.SIGHUP):
     end(serve("--control", path), how)
 # The default is the user's; what a card that was killed left is replaced.
