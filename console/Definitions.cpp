@@ -24,6 +24,7 @@ void AddDefinitions(CLI::App& subcommand, std::vector<std::string>& definitions)
   subcommand.add_option("-D,--define", definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
       ->type_name("DEFINITION")
       ->expected(1)
+      ->allow_extra_args(false)
       ->take_all();
 }
 

@@ -13,7 +13,7 @@ class App;
 
 namespace console {
 
-/// The option -D of a subcommand, which may be given several times.
+/// The option -D of a subcommand, which may be given several times, each time with one definition.
 void AddDefinitions(CLI::App& subcommand, std::vector<std::string>& definitions);
 
 /// "NAME=NUMBER" each. Nothing, and a message on standard error, when one is none.

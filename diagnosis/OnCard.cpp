@@ -174,7 +174,8 @@ void OnCard::Register(const recorder::Registration& registration) {
 
 void OnCard::Notified(const std::string& client, int destination_id, unsigned port) {
   performer_.Note(TellText(Notification{client, destination_id, port}));
-  const Notification* const recorded = FindNotification(client);
+  const Notification* const recorded =
+      NextNotification(*frames_.back().step, client, &frames_.back().next_notification);
   if (!recorded) return;
   for (const auto& called : recorded->steps) {
     if (const auto* standing = std::get_if<recorder::Standing>(&called)) {
@@ -189,18 +190,6 @@ void OnCard::Notified(const std::string& client, int destination_id, unsigned po
   if (recorded->thrown.empty()) return;
   performer_.Note(ThrewText(*recorded));
   recorder::ThrowAgain(recorded->thrown);
-}
-
-const Notification* OnCard::FindNotification(const std::string& client) {
-  Frame& frame = frames_.back();
-  const std::vector<recorder::Item>& items = frame.step->items;
-  for (std::size_t i = frame.next_notification; i < items.size(); ++i) {
-    const auto* const recorded = std::get_if<Notification>(&items[i].what);
-    if (!recorded || recorded->client != client) continue;
-    frame.next_notification = i + 1;
-    return recorded;
-  }
-  return nullptr;
 }
 
 void OnCard::Apply(const recorder::Standing& standing) {

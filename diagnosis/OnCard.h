@@ -41,7 +41,6 @@ class OnCard {
   scenario::RequestResult Perform(const recorder::Step& step);
   void Register(const recorder::Registration& registration);
   void Notified(const std::string& client, int destination_id, unsigned port);
-  const recorder::Notification* FindNotification(const std::string& client);
   std::vector<std::string> TellNow(scenario::Trace trace, std::vector<std::string>* recorded);
 
   softcard::Card& card_;

@@ -122,7 +122,8 @@ void Player::Register(const Registration& registration) {
 void Player::Notified(const std::string& client, int destination_id, unsigned port) {
   const unsigned depth = frames_.back().depth;
   Add(EventIndentation(depth), TellText({client, destination_id, port, {}, {}}));
-  const Notification* const recorded = FindNotification(client);
+  const Notification* const recorded =
+      NextNotification(*frames_.back().step, client, &frames_.back().next_notification);
   if (!recorded) return;
   for (const auto& called : recorded->steps) {
     if (const auto* standing = std::get_if<Standing>(&called)) {
@@ -199,18 +200,6 @@ const calls::Call* Player::Find(const calls::Call& call) {
       frame.next_call = i + 1;
       return recorded;
     }
-  }
-  return nullptr;
-}
-
-const Notification* Player::FindNotification(const std::string& client) {
-  Frame& frame = frames_.back();
-  const std::vector<Item>& items = frame.step->items;
-  for (std::size_t i = frame.next_notification; i < items.size(); ++i) {
-    const auto* const recorded = std::get_if<Notification>(&items[i].what);
-    if (!recorded || recorded->client != client) continue;
-    frame.next_notification = i + 1;
-    return recorded;
   }
   return nullptr;
 }

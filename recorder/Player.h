@@ -50,7 +50,6 @@ class Player {
   void Notified(const std::string& client, int destination_id, unsigned port);
   bool Knows(const calls::Function& function) const;
   const calls::Call* Find(const calls::Call& call);
-  const Notification* FindNotification(const std::string& client);
   void Add(unsigned indentation, const std::string& text);
 
   HalBcmCommon common_;

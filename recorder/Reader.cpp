@@ -133,6 +133,16 @@ std::string ThrewText(const Notification& notification) {
   return "client " + Word(notification.client) + " threw " + notification.thrown;
 }
 
+const Notification* NextNotification(const Step& step, const std::string& client, std::size_t* next) {
+  for (std::size_t i = *next; i < step.items.size(); ++i) {
+    const auto* const notification = std::get_if<Notification>(&step.items[i].what);
+    if (!notification || notification->client != client) continue;
+    *next = i + 1;
+    return notification;
+  }
+  return nullptr;
+}
+
 Reader::Reader(std::istream& in) : in_(in) {
   std::string text;
   if (!GetLine(&text)) throw BadRecording("the file is empty: nothing was recorded into it; name another");

@@ -90,6 +90,10 @@ std::string CallsText(const std::string& client, const Step& step);
 std::string GetsText(const std::string& client, const std::string& result);
 std::string ThrewText(const Notification& notification);
 
+/// The client's next notification among the step's items from `*next` on, which is then behind it; null when there is
+/// none.
+const Notification* NextNotification(const Step& step, const std::string& client, std::size_t* next);
+
 /// Reads a recording one outermost request at a time, so that its length does not matter.
 class Reader {
  public:

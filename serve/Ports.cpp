@@ -167,9 +167,8 @@ void Ports::Leave(int port, softcard::Bytes& frame) {
   }
   View leaving = frame;
   const auto native = natives_.find(port);
-  constexpr unsigned kVlanBits = 0xFFF;
   if (native != natives_.end() && IsTagged(frame) && card_.tables().attachments.Find(port) == nullptr &&
-      (softcard::Get16(frame.data() + kAddresses + 2) & kVlanBits) == native->second) {
+      (softcard::Get16(frame.data() + kAddresses + 2) & softcard::kVlanBits) == native->second) {
     std::copy_backward(frame.data(), frame.data() + kAddresses, frame.data() + kAddresses + softcard::kTagBytes);
     leaving = leaving.From(softcard::kTagBytes);
   }

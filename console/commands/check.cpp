@@ -15,10 +15,7 @@ void AddCheck(CLI::App& app, Console& console) {
   const auto path = std::make_shared<std::string>();
   const auto definitions = std::make_shared<std::vector<std::string>>();
   check->add_option("FILE", *path, "The scenario, - for standard input")->required()->type_name("");
-  check->add_option("-D,--define", *definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
-      ->type_name("DEFINITION")
-      ->expected(1)
-      ->take_all();
+  AddDefinitions(*check, *definitions);
   check->callback([&console, path, definitions] {
     console.status = kUnusable;
     const auto defined = ReadDefinitions(*definitions);

@@ -89,11 +89,7 @@ void AddServe(CLI::App& app, Console& console) {
   const auto options = std::make_shared<ServeOptions>();
   serve->add_option("FILE", options->paths, "A scenario that the card begins with, - for standard input")
       ->type_name("");
-  serve->add_option("-D,--define", options->definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
-      ->type_name("DEFINITION")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->take_all();
+  AddDefinitions(*serve, options->definitions);
   serve->add_option("--control", options->control, "The socket for clients; without it $XDG_RUNTIME_DIR/softcard.sock")
       ->type_name("SOCKET");
   serve->add_option("--port", options->ports, "PORT=INTERFACE: the network interface that a port is")

@@ -136,10 +136,7 @@ void AddShell(CLI::App& app, Console& console) {
           ->add_option("FILE", options->paths,
                        "Scenarios, or directories with *.scn files, that come before the first line")
           ->type_name("");
-  shell->add_option("-D,--define", options->definitions, "NAME=NUMBER: a name that $NAME and $(...) read")
-      ->type_name("DEFINITION")
-      ->expected(1)
-      ->take_all();
+  AddDefinitions(*shell, options->definitions);
   shell->add_flag("-a,--all-calls", options->all_calls, "Print what the module looks at, too");
   shell->add_flag("--hex", options->hex, "Print the bytes of frames that leave, too");
   shell->add_option("--color", options->colour, "auto: colours on a terminal, unless NO_COLOR is set")
