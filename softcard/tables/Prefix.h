@@ -19,6 +19,10 @@ struct IpAddress {
   unsigned bits() const { return 8 * Bytes(version); }
 };
 
+inline bool operator==(const IpAddress& one, const IpAddress& other) {
+  return one.version == other.version && one.bytes == other.bytes;
+}
+
 /// The addresses whose first `length` bits are those of `address`.
 struct Prefix {
   IpAddress address;
@@ -28,7 +32,14 @@ struct Prefix {
   static Prefix Around(const IpAddress& address, unsigned length);
   /// Not longer than an address, and nothing behind its length.
   bool IsValid() const;
+  bool Contains(const IpAddress& other) const {
+    return other.version == address.version && Around(other, length).address == address;
+  }
 };
+
+inline bool operator==(const Prefix& one, const Prefix& other) {
+  return one.length == other.length && one.address == other.address;
+}
 
 /// "192.0.2.1", "2001:db8::1"; nothing for what is no address.
 std::optional<IpAddress> ReadIpAddress(const std::string& text);

@@ -126,15 +126,16 @@ bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {
   return true;
 }
 
-bool PrefixTree::Has(const Prefix& prefix) const {
+const uint32_t* PrefixTree::Find(const Prefix& prefix) const {
   Rest rest(prefix.address);
   const Node* node = &nodes_[kRoot];
   for (unsigned depth = 0; depth < DepthOf(prefix.length); ++depth) {
-    if (!node->HasChild(rest.step())) return false;
+    if (!node->HasChild(rest.step())) return nullptr;
     node = &nodes_[node->first_child + node->ChildrenBelow(rest.step())];
     rest.Advance();
   }
-  return node->HasPrefix(BitOf(prefix.length, rest.step()));
+  const unsigned bit = BitOf(prefix.length, rest.step());
+  return node->HasPrefix(bit) ? &ValueOf(*node, bit) : nullptr;
 }
 
 bool PrefixTree::Delete(const Prefix& prefix) {

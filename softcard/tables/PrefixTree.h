@@ -28,7 +28,9 @@ class PrefixTree {
   bool Set(const Prefix& prefix, uint32_t value);
   /// Whether it was there.
   bool Delete(const Prefix& prefix);
-  bool Has(const Prefix& prefix) const;
+  /// The value of this prefix itself; null when it is not there.
+  const uint32_t* Find(const Prefix& prefix) const;
+  bool Has(const Prefix& prefix) const { return Find(prefix) != nullptr; }
   bool empty() const { return nodes_[kRoot].IsEmpty(); }
 
   /// The longest prefix of an address of this version, in network byte order.

@@ -15,11 +15,10 @@ const TableDescription RouteTable::kDescription = {"routes",
 
 int RouteTable::Set(unsigned vrf, const Prefix& prefix, unsigned destination) {
   if (!prefix.IsValid()) return BCM_E_PARAM;
-  if (count_ >= size_) {
-    Trees* const trees = vrfs_.Find(vrf);
-    if (!trees || !trees->Of(prefix).Has(prefix)) return BCM_E_FULL;
-  }
-  if (vrfs_[vrf].Of(prefix).Set(prefix, destination)) ++count_;
+  Trees* trees = vrfs_.Find(vrf);
+  if (count_ >= size_ && (!trees || !trees->Of(prefix).Has(prefix))) return BCM_E_FULL;
+  if (!trees) trees = &vrfs_[vrf];
+  if (trees->Of(prefix).Set(prefix, destination)) ++count_;
   return BCM_E_NONE;
 }
 

@@ -20,10 +20,12 @@ ROOMS = {
     # Of the recorder: recordings as values, nothing of what stands in front of a platform.
     "diagnosis": ["scenario/", "softcard/", "recorder/Format", "recorder/Reader", "recorder/Refusals", "recorder/Request",
                   "recorder/Thrown"],
-    "router": ["include/", "softcard/tables/"],
-    "serve": ["scenario/", "router/", "softcard/"],
+    # Of the software card: its tables, and what frames are made of.
+    "router": ["include/", "softcard/Tables.h", "softcard/tables/", "softcard/packets/Frame.h", "platform/bcm/error.h"],
+    # Of the recorder: what a request to the module is called.
+    "serve": ["scenario/", "router/", "softcard/", "recorder/Request", *GROUND],
     "console": ["serve/", "router/", "diagnosis/", "recorder/", "scenario/", "softcard/", "calls/", "src/", *GROUND],
-    "bench": ["softcard/", *GROUND],
+    "bench": ["router/", "softcard/", *GROUND],
     "cmake": GROUND,
     "tests": [""],
 }
