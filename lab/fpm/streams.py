@@ -43,6 +43,12 @@ SUBJECTS = {
                         ["ip route 198.51.171.0/24 203.0.113.8", "no ip route 198.51.171.0/24 203.0.113.7"]),
     "vrf": (["ip route 198.51.100.0/24 192.0.2.35 vrf red", "ip route 198.51.101.0/24 203.0.113.2 nexthop-vrf default label 180 vrf red"],),
     "recursive": (["ip route 198.51.180.0/24 198.51.110.9"],),
+    "vpn-label": (["router bgp 65001", "bgp router-id 203.0.113.1", "router bgp 65001 vrf red", "bgp router-id 192.0.2.33",
+                   "address-family ipv4 unicast", "redistribute static", "label vpn export 5000", "rd vpn export 65001:1",
+                   "rt vpn both 65001:1", "export vpn", "import vpn"],),
+    "lsp-two-labels": (["segment-routing", "traffic-eng", "segment-list two", "index 10 mpls label 1000",
+                        "index 20 mpls label 2222", "policy color 1 endpoint 203.0.113.99", "binding-sid 5001",
+                        "candidate-path preference 100 name only explicit segment-list two"],),
 }
 
 
@@ -65,7 +71,8 @@ class Zebra:
                        "link add red type vrf table 10", "link set red up", "link set vec2 master red", "link set vec2 up",
                        "addr add 192.0.2.33/28 dev vec2"])
         self.frr = Frr(self.guest, ADDRESS, use_next_hop_groups)
-        self.frr.start("staticd")
+        for daemon in ("staticd", "bgpd", "pathd"):
+            self.frr.start(daemon)
         self.connection = 0
         self.connected()
 
