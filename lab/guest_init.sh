@@ -6,9 +6,11 @@ mount -t proc proc /proc
 mount -t sysfs sysfs /sys
 mount -t tmpfs tmpfs /run
 mount -t tmpfs tmpfs /tmp
+mkdir /run/lab
+mount -t hostfs -o /run/lab none /run/lab
 stty -echo -onlcr 2>/dev/null
 modules=/usr/lib/uml/modules/$(uname -r)/kernel
-for module in lib/crc-ccitt net/ipv6/ipv6 net/ipv4/ip_tunnel net/mpls/mpls_router net/mpls/mpls_iptunnel; do
+for module in lib/crc-ccitt net/ipv6/ipv6 net/ipv4/ip_tunnel net/mpls/mpls_router net/mpls/mpls_iptunnel drivers/net/vrf; do
   insmod "$modules/$module.ko" || echo "no module $module"
 done
 echo 1048575 >/proc/sys/net/mpls/platform_labels

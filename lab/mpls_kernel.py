@@ -1,11 +1,5 @@
-"""A Linux kernel with MPLS as the foreign switch: user-mode-linux, a kernel that runs as a program. Its root is the
-machine's own tree, its interfaces are the switch's ends of the links."""
-import pathlib
-import queue
-import subprocess
-import threading
-
-from namespaces import FOLDER, SECONDS, Failure, start, stop
+"""A Linux kernel with MPLS as the foreign switch: a guest whose interfaces are the switch's ends of the links."""
+from guest import Guest
 from topology import (B_MAC, B_V4, B_V6, CARD_TO_PEER, LINK_MTU, MORE_OF_B, PEER_LINKS, PEER_MAC, PEER_TO_B,
                       PEER_TO_B_MAC, of_version)
 
@@ -24,61 +18,19 @@ class MplsKernel:
 
     def boot(self):
         interfaces = [(name, PEER_MAC) for name in PEER_LINKS.values()] + [(PEER_TO_B, PEER_TO_B_MAC)]
-        vectors = [f"vec{number}:transport=raw,ifname={name},mac={mac},mtu={LINK_MTU},vec=0,gro=0"
-                   for number, (name, mac) in enumerate(interfaces)]
-        init = pathlib.Path(__file__).with_name("guest_init.sh").resolve()
-        self.guest = start("linux.uml", "mem=64M", "umid=guest", f"uml_dir={FOLDER}", *vectors, "root=/dev/root",
-                           "rootfstype=hostfs", "rootflags=/", "rw", "con=null", "con0=fd:0,fd:1", "ssl=null", "quiet",
-                           f"init={init}", namespace="peer", stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                           stderr=subprocess.STDOUT, text=True, errors="replace", bufsize=1)
-        self.lines = queue.Queue()
-        threading.Thread(target=self.listen, args=(self.guest.stdout, self.lines), daemon=True).start()
-        self.hear("guest: up")
+        self.guest = Guest("guest", "peer", [(name, mac, LINK_MTU) for name, mac in interfaces]).booted()
         setup = []
         for port, (device, number) in LINKS.items():
             setup += [f"link set {device} up", f"addr add 203.0.113.{16 * number + 1}/28 dev {device}",
                       f"addr add 2001:db8:{number}::1/64 dev {device} nodad",
                       f"neigh add {self.card_v4(port)} lladdr {CARD_TO_PEER} dev {device}",
                       f"neigh add {self.card_v6(port)} lladdr {CARD_TO_PEER} dev {device}"]
-            self.tell(f"echo 1 >/proc/sys/net/mpls/conf/{device}/input")
+            self.guest.tell(f"echo 1 >/proc/sys/net/mpls/conf/{device}/input")
         setup += [f"link set {TO_B} up", f"addr add 198.51.100.254/24 dev {TO_B}",
                   f"addr add 2001:db8:b::fe/64 dev {TO_B} nodad"]
         setup += [f"neigh add {address} lladdr {B_MAC} dev {TO_B}" for address in (B_V4, B_V6, *MORE_OF_B)]
-        self.ip(setup)
+        self.guest.ip(setup)
         self.routes = []
-
-    @staticmethod
-    def listen(console, lines):
-        for line in console:
-            lines.put(line.strip())
-        lines.put(None)
-
-    def hear(self, wanted):
-        """What the guest says up to a line that begins like this; gives both."""
-        heard = []
-        while True:
-            try:
-                line = self.lines.get(timeout=SECONDS)
-            except queue.Empty:
-                line = None
-            if line is None:
-                raise Failure("the guest is silent; it said: " + " | ".join(heard))
-            if line.startswith(wanted):
-                return heard, line
-            heard.append(line)
-
-    def tell(self, command):
-        """Has the guest do a command; gives what it printed."""
-        self.guest.stdin.write(command + "\n")
-        heard, status = self.hear("guest: status ")
-        if status != "guest: status 0":
-            raise Failure(f"the guest's {command}: {' | '.join(heard)}")
-        return "\n".join(heard)
-
-    def ip(self, lines):
-        """Lines of `ip`, one by one: the console takes no long ones."""
-        for line in lines:
-            self.tell("ip " + line)
 
     @staticmethod
     def card_v4(port):
@@ -89,11 +41,11 @@ class MplsKernel:
         return f"2001:db8:{LINKS[port][1]}::fe"
 
     def clear(self):
-        self.tell("ip -f mpls route flush; ip route flush " + A_NETWORK_V4 + "; ip -6 route flush " + A_NETWORK_V6)
+        self.guest.tell("ip -f mpls route flush; ip route flush " + A_NETWORK_V4 + "; ip -6 route flush " + A_NETWORK_V6)
         self.routes = []
 
     def ready(self):
-        self.ip(self.routes)
+        self.guest.ip(self.routes)
 
     def to_b(self, port, labels=()):
         """What the card sends with exactly these labels, the outermost first, goes to B. Plain packets do anyway."""
@@ -119,7 +71,7 @@ class MplsKernel:
 
     def story(self, port, frame):
         """What the kernel has counted where the frame came in."""
-        return self.tell(f"ip -s -f mpls link show dev {LINKS[port][0]}; ip -f mpls route")
+        return self.guest.tell(f"ip -s -f mpls link show dev {LINKS[port][0]}; ip -f mpls route")
 
     def restart(self):
         routes = self.routes
@@ -129,9 +81,4 @@ class MplsKernel:
         self.ready()
 
     def stop(self):
-        self.guest.stdin.close()
-        try:
-            self.guest.wait(SECONDS)
-        except subprocess.TimeoutExpired:
-            pass
-        stop(self.guest)
+        self.guest.stop()
