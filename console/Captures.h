@@ -8,6 +8,8 @@
 
 namespace console {
 
+class CaptureFiles;
+
 /// Writes what ports see of a run into capture files, DIRECTORY/eth1.pcap and so on, what comes in as well as what
 /// leaves. Times are the run's own, in nanoseconds: a frame leaves half a microsecond after it came.
 class Captures : public scenario::Observer {
@@ -17,14 +19,12 @@ class Captures : public scenario::Observer {
   explicit Captures(const std::string& directory);
   ~Captures() override;
 
-  /// Both throw std::runtime_error when a file cannot be written.
+  /// Throws std::runtime_error when a file cannot be written.
   void Took(const scenario::Step& step) override;
-  void Ended(const std::string& file, const scenario::Tally& tally) override;
+  void Ended(const std::string&, const scenario::Tally&) override {}
 
  private:
-  class Files;
-
-  std::unique_ptr<Files> files_;
+  std::unique_ptr<CaptureFiles> files_;
 };
 
 }  // namespace console

@@ -12,7 +12,7 @@ import sys
 import time
 
 import topology
-from captures import Capture, marks
+from captures import Capture
 from card import Card
 from cases import BITES, CASES
 from changes import CHANGES
@@ -20,7 +20,7 @@ from mpls_kernel import MplsKernel
 from namespaces import Failure, prepare
 from openvswitch import OpenVSwitch
 from story import story
-from traffic import Echo, mark
+from traffic import Echo, settle
 
 LINES = 30  # of what is wrong in a case, at most
 
@@ -54,8 +54,9 @@ class Lab:
             try:
                 told = case.traffic(case, card, switch)
                 for address in case.to:
-                    mark(address)
-                capture.stop(marks(case.expected, case.to))
+                    settle(address)
+                capture.stop()
+                capture.counted = card.ask("show interfaces")
                 return capture, [], told
             except Failure as failure:
                 capture.stop()

@@ -3,7 +3,10 @@
 The lab itself runs in namespaces of its own (see scripts/lab): the names given here exist for it alone, and when its
 first process ends, however it ends, the kernel ends all others and takes the namespaces, links and files away.
 """
+import ctypes
+import os
 import pathlib
+import socket
 import subprocess
 import time
 
@@ -75,6 +78,22 @@ def add_namespace(name):
         write_setting(name, f"ipv6/conf/{version}/accept_dad", 0)
         write_setting(name, f"ipv6/conf/{version}/router_solicitations", 0)
         write_setting(name, f"ipv6/conf/{version}/addr_gen_mode", 1)
+
+
+def packet_sockets(namespace, interfaces):
+    """One for each interface, to send frames as they are."""
+    def enter(its):
+        if ctypes.CDLL(None, use_errno=True).setns(its.fileno(), 0) != 0:
+            raise Failure(f"cannot enter namespace {namespace}: {os.strerror(ctypes.get_errno())}")
+
+    sockets = []
+    with open("/proc/thread-self/ns/net", "rb") as own, open(f"/run/netns/{namespace}", "rb") as there:
+        enter(there)
+        for interface in interfaces:
+            sockets.append(socket.socket(socket.AF_PACKET, socket.SOCK_RAW))
+            sockets[-1].bind((interface, 0))
+        enter(own)
+    return sockets
 
 
 def write_setting(namespace, setting, value):

@@ -4,7 +4,6 @@ import pathlib
 import re
 import subprocess
 
-from captures import MARK
 from namespaces import Failure, inside, run, start
 from topology import HOST_MTU, version_of
 
@@ -46,10 +45,9 @@ def ping(address, mtu, wait):
         raise Failure(f"of {PINGS} pings of {mtu} bytes to {address} {received[1] if received else 'none'} came back")
 
 
-def mark(address):
-    """A packet that tells a capture that all before it is there; lost ones are told by what else is lost."""
-    run("ping", "-q", "-n", "-s", 32, "-p", MARK.hex(), "-c", 1, "-W", "1", address, namespace="a",
-        may_fail=True)
+def settle(address):
+    """One packet more there and back: all before it have arrived. Lost ones are told by what else is lost."""
+    run("ping", "-q", "-n", "-c", 1, "-W", "1", address, namespace="a", may_fail=True)
 
 
 def flow(address, size):

@@ -55,8 +55,8 @@ const softcard::TableDescription kDescription = {"interfaces",
 }  // namespace
 
 Ports::Ports(asio::io_context& events, softcard::Card& card, const Natives& natives, const Bindings& ports,
-             const Bindings& hosts, Say say)
-    : card_(card), natives_(natives), say_(std::move(say)), look_(events) {
+             const Bindings& hosts, Say say, Capture capture)
+    : card_(card), natives_(natives), say_(std::move(say)), capture_(std::move(capture)), look_(events) {
   const auto port_of = [&card](const std::string& name) {
     const auto limid = softcard::ReadLimId(name);
     const int port = limid ? scenario::ToPort(*limid, card) : -1;
@@ -68,8 +68,11 @@ Ports::Ports(asio::io_context& events, softcard::Card& card, const Natives& nati
     const int port = port_of(name);
     Side*& side = ports_[port];
     if (side != nullptr) throw std::runtime_error(name + " is bound to " + side->interface.name() + " already");
-    side = &Bind(events, name, interface_name);
-    side->take = [this, port](View frame) { Came(port, frame); };
+    side = &Bind(events, card.tables().ports.Name(port), interface_name);
+    side->take = [this, port, side](View frame) {
+      Show(*side, frame);
+      Came(port, frame);
+    };
   }
   for (const auto& [name, interface_name] : hosts) {
     const int port = port_of(name);
@@ -79,8 +82,8 @@ Ports::Ports(asio::io_context& events, softcard::Card& card, const Natives& nati
     }
     Side*& side = hosts_[port];
     if (side != nullptr) throw std::runtime_error(name + " has a side towards the processor already");
-    side = &Bind(events, name + " host", interface_name);
-    side->take = [to = outside->second](View frame) { to->interface.Send(frame); };
+    side = &Bind(events, card.tables().ports.Name(port) + " host", interface_name);
+    side->take = [this, to = outside->second](View frame) { Send(*to, frame); };
   }
   for (Side& side : sides_) Wait(side);
   if (!sides_.empty()) LookAgain();
@@ -172,7 +175,17 @@ void Ports::Leave(int port, softcard::Bytes& frame) {
     std::copy_backward(frame.data(), frame.data() + kAddresses, frame.data() + kAddresses + softcard::kTagBytes);
     leaving = leaving.From(softcard::kTagBytes);
   }
-  side->second->interface.Send(leaving);
+  Send(*side->second, leaving);
+}
+
+/// By a port.
+void Ports::Send(Side& side, View frame) {
+  Show(side, frame);
+  side.interface.Send(frame);
+}
+
+void Ports::Show(const Side& side, View frame) {
+  if (capture_ && !capture_(side.name, frame)) ++uncaptured_;
 }
 
 std::vector<softcard::Row> Ports::Rows() const {
@@ -186,11 +199,15 @@ std::vector<softcard::Row> Ports::Rows() const {
                      value(count.received), value(count.sent), value(count.lost), value(count.cut), value(count.missed),
                      value(count.changes)}});
   }
-  if (unbound_ == 0) return rows;
-  rows.push_back({&kDescription,
-                  calls::ToValue("ports without one"),
-                  {calls::ToValue("none"), calls::ToValue("gone"), value(0), value(0), value(unbound_), value(0),
-                   value(0), value(0)}});
+  const auto lost = [&](const char* name, std::uint64_t frames) {
+    if (frames == 0) return;
+    rows.push_back({&kDescription,
+                    calls::ToValue(name),
+                    {calls::ToValue("none"), calls::ToValue("gone"), value(0), value(0), value(frames), value(0),
+                     value(0), value(0)}});
+  };
+  lost("ports without one", unbound_);
+  lost("captures", uncaptured_);
   return rows;
 }
 

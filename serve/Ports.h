@@ -26,11 +26,13 @@ using Bindings = std::vector<std::pair<std::string, std::string>>;
 class Ports {
  public:
   using Say = std::function<void(const std::string&)>;
+  /// Shown each frame of a port, "eth1", as it is on the wire, coming and leaving; whether it has been kept.
+  using Capture = std::function<bool(const std::string& port, softcard::View frame)>;
 
-  /// `say` is told when an interface goes down or away, and when it comes back. Throws std::runtime_error with the
-  /// reason and the remedy for what cannot be bound.
+  /// `say` is told when an interface goes down or away, and when it comes back; an empty `capture` is none. Throws
+  /// std::runtime_error with the reason and the remedy for what cannot be bound.
   Ports(asio::io_context& events, softcard::Card& card, const Natives& natives, const Bindings& ports,
-        const Bindings& hosts, Say say);
+        const Bindings& hosts, Say say, Capture capture = {});
 
   /// Each interface with its counters; frames for ports without an interface are counted, too.
   std::vector<softcard::Row> Rows() const;
@@ -57,17 +59,21 @@ class Ports {
   void Wait(Side& side);
   void LookAgain();
   void Came(int port, softcard::View frame);
+  void Send(Side& side, softcard::View frame);
+  void Show(const Side& side, softcard::View frame);
   void Leave(int port, softcard::Bytes& frame);
   bool IsForProcessor(const softcard::Way& way) const;
 
   softcard::Card& card_;
   const Natives& natives_;
   const Say say_;
+  const Capture capture_;
   asio::steady_timer look_;
   std::deque<Side> sides_;
   std::map<int, Side*> ports_;
   std::map<int, Side*> hosts_;
-  std::uint64_t unbound_ = 0;  ///< frames for ports without an interface
+  std::uint64_t unbound_ = 0;     ///< frames for ports without an interface
+  std::uint64_t uncaptured_ = 0;  ///< frames that could not be kept
   softcard::Bytes tagged_;
   softcard::Bytes out_;
 };

@@ -10,7 +10,7 @@ namespace serve {
 Server::Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
                const Formats& formats, softcard::Card& card, const Natives& natives, Ports::Say say)
     : signals_(events_, SIGINT, SIGTERM, SIGHUP),
-      ports_(events_, card, natives, settings.ports, settings.hosts, std::move(say)),
+      ports_(events_, card, natives, settings.ports, settings.hosts, std::move(say), settings.capture),
       control_(events_, settings.socket, [&](const std::string& client) {
         return std::make_unique<Conversation>(session, language, formats, client);
       }) {

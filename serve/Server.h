@@ -18,6 +18,7 @@ class Server {
     std::string socket{};  ///< where clients find it
     Bindings ports{};      ///< on network interfaces
     Bindings hosts{};      ///< the route processor's side of ports
+    Ports::Capture capture{};
   };
 
   /// Throws std::runtime_error with the reason and the remedy when something cannot be opened; nothing stays behind.

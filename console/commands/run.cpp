@@ -1,12 +1,6 @@
 #include "scenario/Run.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <memory>
@@ -23,6 +17,7 @@
 #include "console/JUnitReport.h"
 #include "console/JsonPrinter.h"
 #include "console/Processes.h"
+#include "console/Recording.h"
 #include "console/TextPrinter.h"
 #include "console/commands/Commands.h"
 
@@ -139,21 +134,6 @@ Outcome RunFiles(const std::vector<std::string>& paths, const scenario::Counters
   return total;
 }
 
-/// Tells the recorder, which looks when the module is first asked for.
-bool Records(const std::string& path, std::size_t scenarios) {
-  if (scenarios != 1) {
-    std::cerr << "softcard: --record takes one scenario, and these are " << scenarios
-              << "; record each into a file of its own\n";
-    return false;
-  }
-  const auto folder = std::filesystem::absolute(path).parent_path();
-  if (access(path.c_str(), W_OK) != 0 && (errno != ENOENT || access(folder.c_str(), W_OK) != 0)) {
-    std::cerr << "softcard: cannot write " << path << ": " << std::strerror(errno) << "; name another file\n";
-    return false;
-  }
-  return setenv("HAL_CARD_RECORDING", path.c_str(), 1) == 0;
-}
-
 ExitStatus Run(const RunOptions& options, Console& console) {
   const auto definitions = ReadDefinitions(options.definitions);
   const auto paths = Scenarios(options.paths);
@@ -163,7 +143,12 @@ ExitStatus Run(const RunOptions& options, Console& console) {
               << paths->size() << '\n';
     return kUnusable;
   }
-  if (!options.recording.empty() && !Records(options.recording, paths->size())) return kUnusable;
+  if (!options.recording.empty() && paths->size() > 1) {
+    std::cerr << "softcard: --record takes one scenario, and these are " << paths->size()
+              << "; record each into a file of its own\n";
+    return kUnusable;
+  }
+  if (!options.recording.empty() && !RecordInto(options.recording)) return kUnusable;
   const Outcome outcome = RunFiles(*paths, *definitions, options, console);
   if (!options.junit.empty()) {
     std::ofstream file(options.junit);

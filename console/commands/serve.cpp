@@ -1,12 +1,16 @@
+#include <chrono>
 #include <csignal>
 #include <iostream>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "console/CaptureFiles.h"
 #include "console/Definitions.h"
 #include "console/Formats.h"
+#include "console/Recording.h"
 #include "console/TextPrinter.h"
 #include "console/commands/Commands.h"
 #include "scenario/Session.h"
@@ -24,6 +28,8 @@ struct ServeOptions {
   std::string control;
   std::vector<std::string> ports;
   std::vector<std::string> hosts;
+  std::string pcap;
+  std::string recording;
 };
 
 /// Of "eth1=veth0"s. Throws std::runtime_error.
@@ -38,6 +44,23 @@ serve::Bindings ReadBindings(const std::vector<std::string>& texts, const char* 
     bindings.emplace_back(text.substr(0, equals), text.substr(equals + 1));
   }
   return bindings;
+}
+
+/// Frames with the time that it is. What cannot be written is said once, and ends the files.
+serve::Ports::Capture CaptureInto(std::optional<CaptureFiles>& files) {
+  return [&files](const std::string& port, softcard::View frame) {
+    using std::chrono::nanoseconds;
+    if (!files) return false;
+    const auto now = std::chrono::system_clock::now().time_since_epoch();
+    try {
+      files->Write(port, static_cast<std::uint64_t>(std::chrono::duration_cast<nanoseconds>(now).count()), frame);
+      return true;
+    } catch (const std::runtime_error& error) {
+      std::cerr << "softcard: " << error.what() << "; no more is captured\n";
+      files.reset();
+      return false;
+    }
+  };
 }
 
 ExitStatus Apply(const std::string& path, const scenario::Counters& definitions, scenario::Session& session) {
@@ -58,8 +81,11 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   if (!definitions) return kUnusable;
   // Who reads the output may leave; the card stays.
   std::signal(SIGPIPE, SIG_IGN);
+  if (!options.recording.empty() && !RecordInto(options.recording)) return kUnusable;
+  std::optional<CaptureFiles> captures;
   const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket() : options.control,
-                                         ReadBindings(options.ports, "--port"), ReadBindings(options.hosts, "--host")};
+                                         ReadBindings(options.ports, "--port"), ReadBindings(options.hosts, "--host"),
+                                         options.pcap.empty() ? nullptr : CaptureInto(captures)};
   const auto formats = MakeFormats();
   scenario::Session session(console.language, console.card, {}, {&console.ledger});
   for (const std::string& path : options.paths) {
@@ -70,6 +96,7 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   session.Begin(silent);
   serve::Server server(settings, session, console.language, formats, console.card, console.living.natives,
                        [](const std::string& what) { std::cerr << "softcard: " << what << '\n'; });
+  if (!options.pcap.empty()) captures.emplace(options.pcap);
   console.living.interfaces = [&server] { return server.ports().Rows(); };
   const auto report = [&session] {
     TextPrinter printer(std::cout, {});
@@ -102,6 +129,9 @@ void AddServe(CLI::App& app, Console& console) {
       ->expected(1)
       ->allow_extra_args(false)
       ->take_all();
+  serve->add_option("--pcap", options->pcap, "Write what each port sees into DIR/PORT.pcap")->type_name("DIR");
+  serve->add_option("--record", options->recording, "Record the module's calls as well; softcard replay reads it")
+      ->type_name("FILE");
   serve->callback([&console, options] { console.status = Serve(*options, console); });
 }
 

@@ -2,31 +2,17 @@
 
 Ends with 77, which is a skip, where no namespace can be made.
 """
-import atexit
-import json
 import os
-import select
 import shutil
-import signal
-import socket
 import struct
 import subprocess
 import sys
-import time
-from pathlib import Path
 
-SKIPPED = 77
-if len(sys.argv) == 3:
-    if subprocess.run(["unshare", "--user", "--map-root-user", "--net", "true"], check=False).returncode != 0:
-        print("SKIPPED: no network namespace can be made here; root or unprivileged user namespaces would do")
-        sys.exit(SKIPPED)
-    os.execvp("unshare", ["unshare", "--user", "--map-root-user", "--net", sys.executable, "-B", *sys.argv, "inside"])
+from network import HOST, NEXT, ROUTER, Card, Wire, enter, fresh, ip, make, packet, plain, tagged, until
 
-folder, program = Path(sys.argv[1]), sys.argv[2]
-shutil.rmtree(folder, ignore_errors=True)
-folder.mkdir()
+enter(2)
+folder, program = fresh(sys.argv[1]), sys.argv[2]
 CONTROL = str(folder / "s")
-ROUTER, HOST, NEXT = (bytes.fromhex(mac) for mac in ("00005e000101", "020000000009", "00005e000201"))
 SCENARIO = """
 install-vrf 1
 install-vlan 10 lim=vlan100 vrf=1 mtu=9000 mac=00:00:5e:00:01:01
@@ -43,86 +29,6 @@ route 1 10.0.0.0/8 32
 route 1 11.0.0.0/8 33
 native eth1 vlan=100
 """
-
-
-def ip(*arguments):
-    subprocess.run(["ip", *arguments], check=True)
-
-
-def make(outside, inside):
-    """A cable, of which the card has the inside."""
-    ip("link", "add", "name", outside, "type", "veth", "peer", "name", inside)
-    for end in (outside, inside):
-        Path(f"/proc/sys/net/ipv6/conf/{end}/disable_ipv6").write_text("1")
-        ip("link", "set", end, "mtu", "9000", "up")
-
-
-class Wire:
-    """The outside of a cable."""
-
-    def __init__(self, name):
-        self.socket = socket.socket(socket.AF_PACKET, socket.SOCK_RAW, socket.htons(3))
-        self.socket.bind((name, 0))
-        self.socket.setsockopt(263, 8, 1)  # the tag comes beside the frame
-
-    def send(self, frame):
-        self.socket.send(frame)
-
-    def receive(self, seconds=5):
-        """The next frame that came, with its tag; nothing when none does."""
-        end = time.monotonic() + seconds
-        while (left := end - time.monotonic()) > 0:
-            if not select.select([self.socket], [], [], left)[0]:
-                return None
-            frame, beside, _, address = self.socket.recvmsg(65536, 256)
-            if address[2] == 4:  # what this end sent
-                continue
-            for _, kind, data in beside:
-                status, _, _, _, _, tag, _ = struct.unpack("IIIHHHH", data[:20])
-                if kind == 8 and status & 0x10:
-                    frame = frame[:12] + struct.pack("!HH", 0x8100, tag) + frame[12:]
-            return frame
-        return None
-
-
-def packet(source, destination, ttl=64, size=60):
-    header = struct.pack("!BBHHHBBH4s4s", 0x45, 0, size, 0, 0, ttl, 17, 0, socket.inet_aton(source),
-                         socket.inet_aton(destination))
-    total = sum(struct.unpack("!10H", header))
-    total = (total & 0xFFFF) + (total >> 16)
-    total = ~((total & 0xFFFF) + (total >> 16)) & 0xFFFF
-    return header[:10] + struct.pack("!H", total) + header[12:] + bytes(size - 20)
-
-
-def plain(carried, to=ROUTER, sender=HOST, kind=0x0800):
-    return to + sender + struct.pack("!H", kind) + carried
-
-
-def tagged(vlan, carried, to=ROUTER, sender=NEXT, kind=0x0800):
-    return to + sender + struct.pack("!HHH", 0x8100, vlan, kind) + carried
-
-
-def statement(text):
-    run = subprocess.run([program, "ctl", "--json", "--socket", CONTROL, text], stdout=subprocess.PIPE, check=True)
-    return json.loads(run.stdout.splitlines()[0])
-
-
-def interfaces():
-    rows = statement("show interfaces")["tables"][0]["rows"]
-    return {next(iter(row.values())): row for row in rows}
-
-
-def counters():
-    rows = statement("show counters")["tables"][0]["rows"]
-    return {row["of"] if "of" in row else next(iter(row.values())): row["packets"] for row in rows}
-
-
-def until(condition, what, seconds=10):
-    end = time.monotonic() + seconds
-    while not condition():
-        assert time.monotonic() < end, what
-        time.sleep(0.05)
-
 
 ip("link", "set", "lo", "up")
 for pair in (("wire-a", "a-card"), ("wire-b", "b-card"), ("wire-h", "h-card")):
@@ -146,13 +52,7 @@ refuses("has a side towards the processor already", "--port", "eth1=a-card", "--
         "eth1=b-card")
 refuses("takes PORT=INTERFACE", "--port", "eth1")
 
-card = subprocess.Popen([program, "serve", "--control", CONTROL, "--port", "eth1=a-card", "--port", "eth2=b-card",
-                         "--host", "eth1=h-card", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
-                        stderr=subprocess.PIPE, text=True)
-atexit.register(card.kill)
-card.stdin.write(SCENARIO)
-card.stdin.close()
-assert card.stdout.readline() == "ready\n"
+card = Card(program, folder, SCENARIO, "--port", "eth1=a-card", "--port", "eth2=b-card", "--host", "eth1=h-card")
 
 # From an untagged port into a tunnel of two labels.
 a.send(plain(packet("192.0.2.9", "198.51.100.7")))
@@ -179,49 +79,46 @@ for frame in (plain(bytes(46), HOST, ROUTER, 0x0806), tagged(7, bytes(46), HOST,
     assert a.receive() == frame
 # The other port has no side towards the processor: the card drops and counts.
 b.send(tagged(100, bytes(46), kind=0x0806))
-until(lambda: counters().get("drop not-routed") == 1, "a drop that is counted")
+until(lambda: card.counters().get("drop not-routed") == 1, "a drop that is counted")
 # A port without an interface.
 a.send(plain(packet("192.0.2.9", "11.0.0.1")))
-until(lambda: interfaces().get("ports without one", {}).get("lost") == 1, "a frame that is counted as lost")
+until(lambda: card.interfaces().get("ports without one", {}).get("lost") == 1, "a frame that is counted as lost")
 
 # A loop ends by TTL: what leaves by eth2 for the router itself comes back.
-before = interfaces()["eth2"]["sent"]
+before = card.interfaces()["eth2"]["sent"]
 a.send(plain(packet("192.0.2.9", "10.0.0.1", ttl=20)))
 for _ in range(18):
     b.send(b.receive())
 assert b.receive()[26:28] == bytes((1, 17)), "a TTL of 1"
 b.send(tagged(100, packet("192.0.2.9", "10.0.0.1", ttl=1)))
-until(lambda: counters().get("drop ttl") == 1, "a packet that is too old")
-assert interfaces()["eth2"]["sent"] == before + 19
+until(lambda: card.counters().get("drop ttl") == 1, "a packet that is too old")
+assert card.interfaces()["eth2"]["sent"] == before + 19
 
 # A flood for the processor does not keep the clients out.
 for _ in range(20000):
     a.send(plain(bytes(46), kind=0x0806))
-assert statement("show vrfs")["step"] == "tables"
+assert card.ask("show vrfs")["step"] == "tables"
 
 # Down, up, gone, and here again: told and counted, and the card lives on.
 ip("link", "set", "wire-a", "down")
-until(lambda: interfaces()["eth1"]["state"] == "down", "a link that is down")
+until(lambda: card.interfaces()["eth1"]["state"] == "down", "a link that is down")
 ip("link", "set", "wire-a", "up")
-until(lambda: interfaces()["eth1"]["state"] == "up", "a link that is up again")
+until(lambda: card.interfaces()["eth1"]["state"] == "up", "a link that is up again")
 a = Wire("wire-a")
 a.send(plain(packet("192.0.2.9", "198.51.100.7")))
 assert b.receive() is not None, "a frame after the link was down"
 ip("link", "del", "wire-b")
-until(lambda: interfaces()["eth2"]["state"] == "gone", "an interface that is gone")
+until(lambda: card.interfaces()["eth2"]["state"] == "gone", "an interface that is gone")
 a.send(plain(packet("192.0.2.9", "198.51.100.7")))
-until(lambda: interfaces()["eth2"]["lost"] > 0, "a frame for an interface that is gone")
+until(lambda: card.interfaces()["eth2"]["lost"] > 0, "a frame for an interface that is gone")
 make("wire-b", "b-card")
-until(lambda: interfaces()["eth2"]["state"] == "up", "an interface that is back")
-assert interfaces()["eth2"]["changes"] >= 2
+until(lambda: card.interfaces()["eth2"]["state"] == "up", "an interface that is back")
+assert card.interfaces()["eth2"]["changes"] >= 2
 b = Wire("wire-b")
 a.send(plain(packet("192.0.2.9", "198.51.100.7")))
 assert b.receive() is not None, "a frame through the interface that is back"
 
-card.send_signal(signal.SIGTERM)
-said, errors = card.stdout.read(), card.stderr.read()
-assert card.wait(10) == 0, card.returncode
+said, errors = card.end()
 assert "interface eth1: name=a-card state=up" in said, said
 assert "softcard: eth2: interface b-card is gone\n" in errors and "softcard: eth1: interface a-card is down\n" in errors
-assert os.listdir(folder) == [], os.listdir(folder)
 shutil.rmtree(folder)
