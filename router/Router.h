@@ -17,6 +17,10 @@
 
 namespace router {
 
+extern const softcard::TableDescription kNextHopTable;     ///< "nexthops"
+extern const softcard::TableDescription kNeighbourTable;   ///< "neighbours"
+extern const softcard::TableDescription kUnresolvedTable;  ///< "unresolved"
+
 /// Turns what a control plane tells into encapsulations, by requests to the module, and into the card's routes and
 /// labels. What it is told twice it does once. Whatever the chip cannot do is told of once, listed, and tried again
 /// when something changes: a route's packets go to the CPU until then, a label has no row.
@@ -63,9 +67,8 @@ class Router {
   std::size_t label_count() const { return labels_.size(); }
   std::uint64_t requests() const { return encapsulations_.requests(); }
 
-  // What there is, as rows of tables: "nexthops", the destinations, with how many routes, labels and hosts go there;
-  // "neighbours"; "unresolved", what is not on the card as it was told.
-  static std::vector<const softcard::TableDescription*> TableDescriptions();
+  // What there is, as rows: the destinations, with how many routes, labels and hosts go there; the neighbours; what is
+  // not on the card as it was told.
   std::vector<softcard::Row> NextHopRows() const;
   std::vector<softcard::Row> NeighbourRows() const;
   std::vector<softcard::Row> UnresolvedRows() const;

@@ -6,7 +6,6 @@
 #include "softcard/tables/Row.h"
 
 namespace router {
-namespace {
 
 using calls::Kind;
 using calls::ToValue;
@@ -14,29 +13,31 @@ using softcard::Origin;
 using softcard::Row;
 using softcard::TableDescription;
 
-const TableDescription kNextHops = {"nexthops",
-                                    "nexthop",
-                                    Origin::kMadeByRequests,
-                                    {"destination", Kind::kNumber},
-                                    {{"way", Kind::kText},
-                                     {"labels", Kind::kText},
-                                     {"gateway", Kind::kText},
-                                     {"interface", Kind::kNumber},
-                                     {"users", Kind::kNumber},
-                                     {"state", Kind::kText}}};
+const TableDescription kNextHopTable = {"nexthops",
+                                        "nexthop",
+                                        Origin::kMadeByRequests,
+                                        {"destination", Kind::kNumber},
+                                        {{"way", Kind::kText},
+                                         {"labels", Kind::kText},
+                                         {"gateway", Kind::kText},
+                                         {"interface", Kind::kNumber},
+                                         {"users", Kind::kNumber},
+                                         {"state", Kind::kText}}};
 
-const TableDescription kNeighbours = {
+const TableDescription kNeighbourTable = {
     "neighbours",
     "neighbour",
     Origin::kMadeByRequests,
     {"address", Kind::kText},
     {{"interface", Kind::kNumber}, {"mac", Kind::kMac}, {"destination", Kind::kNumber}}};
 
-const TableDescription kUnresolved = {"unresolved",
-                                      "unresolved",
-                                      Origin::kMadeByRequests,
-                                      {"what", Kind::kText},
-                                      {{"table", Kind::kNumber}, {"reason", Kind::kText}}};
+const TableDescription kUnresolvedTable = {"unresolved",
+                                           "unresolved",
+                                           Origin::kMadeByRequests,
+                                           {"what", Kind::kText},
+                                           {{"table", Kind::kNumber}, {"reason", Kind::kText}}};
+
+namespace {
 
 const char* Name(Destination::State state) {
   switch (state) {
@@ -50,12 +51,10 @@ const char* Name(Destination::State state) {
 std::string OrNone(std::string text) { return text.empty() ? "none" : text; }
 
 Row UnresolvedRow(const std::string& what, std::uint32_t table, const std::string& reason) {
-  return {&kUnresolved, ToValue(what), {ToValue(table), ToValue(reason)}};
+  return {&kUnresolvedTable, ToValue(what), {ToValue(table), ToValue(reason)}};
 }
 
 }  // namespace
-
-std::vector<const TableDescription*> Router::TableDescriptions() { return {&kNextHops, &kNeighbours, &kUnresolved}; }
 
 std::vector<Row> Router::NextHopRows() const {
   std::unordered_map<const Destination*, unsigned long> users;
@@ -69,7 +68,7 @@ std::vector<Row> Router::NextHopRows() const {
   std::vector<Row> rows;
   for (const Destination* const destination : by_id) {
     const Way& way = destination->way;
-    rows.push_back({&kNextHops,
+    rows.push_back({&kNextHopTable,
                     ToValue(destination->id),
                     {ToValue(Name(way.kind)), ToValue(OrNone(Text(way.labels))),
                      ToValue(way.gateway ? Text(*way.gateway) : "none"), ToValue(way.ifindex),
@@ -83,7 +82,7 @@ std::vector<Row> Router::NeighbourRows() const {
   for (const auto& [neighbour, mac] : encapsulations_.neighbours()) {
     const auto host = hosts_.find(neighbour);
     rows.push_back(
-        {&kNeighbours,
+        {&kNeighbourTable,
          ToValue(Text(neighbour.address)),
          {ToValue(neighbour.ifindex), ToValue(mac), ToValue(host == hosts_.end() ? 0 : host->second.placed)}});
   }

@@ -31,6 +31,17 @@ std::optional<RowFilter> RowFilter::Make(const softcard::TableDescription& table
   return RowFilter(place, kind, calls::Text(kind, *read, softcard::kLimIdNames));
 }
 
+RowFilter RowFilter::Read(const softcard::TableDescription& table, const Token& word) {
+  const std::size_t equals = word.text.find('=');
+  const std::string_view column = word.text.substr(0, equals);
+  if (equals != std::string_view::npos) {
+    if (const auto filter = Make(table, column, Behind(word, equals + 1))) return *filter;
+  }
+  std::vector<std::string> names = {table.key.name};
+  for (int i = 0; i < table.column_count(); ++i) names.emplace_back(table.columns[i].name);
+  throw SyntaxError{word.offset, std::string(table.name) + " has no column " + Quoted(column) + Suggest(column, names)};
+}
+
 bool RowFilter::Fits(const softcard::Row& row) const {
   const calls::Value& value = column_ < 0 ? row.key : row.values[static_cast<std::size_t>(column_)];
   const auto* const labels = std::get_if<calls::Labels>(&value);
@@ -38,6 +49,14 @@ bool RowFilter::Fits(const softcard::Row& row) const {
   return std::any_of(labels->begin(), labels->end(), [this](const auto& label) {
     return calls::Text(kind_, calls::ToValue(label.label), softcard::kLimIdNames) == text_;
   });
+}
+
+std::vector<softcard::Row> Filtered(std::vector<softcard::Row> rows, const std::vector<RowFilter>& filters) {
+  const auto fits = [&filters](const softcard::Row& row) {
+    return std::all_of(filters.begin(), filters.end(), [&row](const RowFilter& filter) { return filter.Fits(row); });
+  };
+  rows.erase(std::stable_partition(rows.begin(), rows.end(), fits), rows.end());
+  return rows;
 }
 
 }  // namespace scenario

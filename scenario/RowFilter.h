@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "scenario/Tokens.h"
 #include "softcard/tables/Row.h"
@@ -18,6 +19,9 @@ class RowFilter {
   static std::optional<RowFilter> Make(const softcard::TableDescription& table, std::string_view column,
                                        const Token& value);
 
+  /// "port=eth5". Throws SyntaxError for a column that the table does not have, too.
+  static RowFilter Read(const softcard::TableDescription& table, const Token& word);
+
   bool Fits(const softcard::Row& row) const;
 
  private:
@@ -27,6 +31,9 @@ class RowFilter {
   calls::Kind kind_;
   std::string text_;  ///< as the value reads
 };
+
+/// The rows that fit all of them.
+std::vector<softcard::Row> Filtered(std::vector<softcard::Row> rows, const std::vector<RowFilter>& filters);
 
 }  // namespace scenario
 

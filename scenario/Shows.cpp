@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "scenario/Chain.h"
 #include "scenario/RowFilter.h"
 #include "scenario/Run.h"
@@ -37,26 +35,9 @@ std::vector<RowFilter> ReadFilters(const Fields& fields, const std::vector<std::
   for (const Token& word : fields.words()) {
     if (!IsFilter(word)) continue;
     if (tables.size() != 1) throw SyntaxError{word.offset, "values are asked of one table", fields.form().usage()};
-    const std::size_t equals = word.text.find('=');
-    const std::string_view column = word.text.substr(0, equals);
-    const softcard::TableDescription& table = *DescriptionOf(tables[0]);
-    const auto filter = RowFilter::Make(table, column, Behind(word, equals + 1));
-    if (!filter) {
-      std::vector<std::string> names = {table.key.name};
-      for (int i = 0; i < table.column_count(); ++i) names.emplace_back(table.columns[i].name);
-      throw SyntaxError{word.offset, tables[0] + " has no column " + Quoted(column) + Suggest(column, names)};
-    }
-    filters.push_back(*filter);
+    filters.push_back(RowFilter::Read(*DescriptionOf(tables[0]), word));
   }
   return filters;
-}
-
-std::vector<softcard::Row> Filtered(std::vector<softcard::Row> rows, const std::vector<RowFilter>& filters) {
-  const auto fits = [&filters](const softcard::Row& row) {
-    return std::all_of(filters.begin(), filters.end(), [&row](const RowFilter& filter) { return filter.Fits(row); });
-  };
-  rows.erase(std::stable_partition(rows.begin(), rows.end(), fits), rows.end());
-  return rows;
 }
 
 }  // namespace

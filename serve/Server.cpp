@@ -8,13 +8,15 @@
 namespace serve {
 
 Server::Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
-               const Formats& formats, softcard::Card& card, const Natives& natives, Ports::Say say)
+               const Formats& formats, softcard::Card& card, const Living& living, Ports::Say say)
     : signals_(events_, SIGINT, SIGTERM, SIGHUP),
-      ports_(events_, card, natives, settings.ports, settings.hosts, std::move(say), settings.capture),
+      ports_(events_, card, living.natives, settings.ports, settings.hosts, say, settings.capture),
       control_(events_, settings.socket, [&](const std::string& client) {
         return std::make_unique<Conversation>(session, language, formats, client);
       }) {
   signals_.add(SIGUSR1);
+  if (!settings.fpm.empty())
+    control_plane_.emplace(events_, settings.fpm, settings.quiet, *living.router, std::move(say));
 }
 
 void Server::Run(const std::function<void()>& report) {

@@ -11,6 +11,7 @@ Console::Console(softcard::Card& software_card) : card(software_card) {
   diagnosis::AddDifferences(language, mark);
   diagnosis::AddUsers(language);
   serve::AddStatements(language, living);
+  serve::AddRouterStatements(language, living);
 }
 
 std::unique_ptr<CLI::App> MakeApp(Console& console) {

@@ -1,5 +1,6 @@
 #include <chrono>
 #include <csignal>
+#include <functional>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -17,6 +18,7 @@
 #include "scenario/SourceFile.h"
 #include "scenario/Suggestion.h"
 #include "serve/Server.h"
+#include "serve/SessionModule.h"
 #include "serve/SocketPath.h"
 
 namespace console {
@@ -30,6 +32,20 @@ struct ServeOptions {
   std::vector<std::string> hosts;
   std::string pcap;
   std::string recording;
+  std::string fpm;
+  unsigned quiet = 30;
+};
+
+/// Tells of steps that change the card, other than those of its control plane.
+class CardChanges : public scenario::Observer {
+ public:
+  void Took(const scenario::Step& step) override {
+    const bool changes = step.kind == scenario::Kind::kRequest || step.kind == scenario::Kind::kPlan;
+    if (changes && tell && step.file != serve::kControlPlane) tell();
+  }
+  void Ended(const std::string&, const scenario::Tally&) override {}
+
+  std::function<void()> tell{};
 };
 
 /// Of "eth1=veth0"s. Throws std::runtime_error.
@@ -84,20 +100,34 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   if (!options.recording.empty() && !RecordInto(options.recording)) return kUnusable;
   std::optional<CaptureFiles> captures;
   const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket() : options.control,
-                                         ReadBindings(options.ports, "--port"), ReadBindings(options.hosts, "--host"),
-                                         options.pcap.empty() ? nullptr : CaptureInto(captures)};
+                                         ReadBindings(options.ports, "--port"),
+                                         ReadBindings(options.hosts, "--host"),
+                                         options.pcap.empty() ? nullptr : CaptureInto(captures),
+                                         options.fpm,
+                                         std::chrono::seconds(options.quiet)};
   const auto formats = MakeFormats();
-  scenario::Session session(console.language, console.card, {}, {&console.ledger});
+  const auto say = [](const std::string& what) { std::cerr << "softcard: " << what << '\n'; };
+  CardChanges changes;
+  scenario::Session session(console.language, console.card, {}, {&console.ledger, &changes});
+  const serve::SessionModule module(session, console.living.in_statement);
+  std::optional<router::Router> router;
+  if (!options.fpm.empty()) {
+    router.emplace(module, console.card.tables(), softcard::LimId("cpu"), say);
+    console.living.router = &*router;
+  }
   for (const std::string& path : options.paths) {
     const ExitStatus status = Apply(path, *definitions, session);
     if (status != kAllHold) return status;
   }
   TextPrinter silent(std::cout, {Detail::kFailures});
   session.Begin(silent);
-  serve::Server server(settings, session, console.language, formats, console.card, console.living.natives,
-                       [](const std::string& what) { std::cerr << "softcard: " << what << '\n'; });
+  serve::Server server(settings, session, console.language, formats, console.card, console.living, say);
   if (!options.pcap.empty()) captures.emplace(options.pcap);
   console.living.interfaces = [&server] { return server.ports().Rows(); };
+  if (serve::ControlPlane* const control_plane = server.control_plane()) {
+    console.living.control_plane = [control_plane] { return control_plane->Rows(); };
+    changes.tell = [control_plane] { control_plane->CardChanged(); };
+  }
   const auto report = [&session] {
     TextPrinter printer(std::cout, {});
     session.Do({"softcard serve", "show counters\nshow interfaces"}, printer);
@@ -132,6 +162,11 @@ void AddServe(CLI::App& app, Console& console) {
   serve->add_option("--pcap", options->pcap, "Write what each port sees into DIR/PORT.pcap")->type_name("DIR");
   serve->add_option("--record", options->recording, "Record the module's calls as well; softcard replay reads it")
       ->type_name("FILE");
+  serve->add_option("--fpm", options->fpm, "Where a control plane's forwarding plane manager connects to")
+      ->type_name("[ADDRESS:]PORT");
+  serve->add_option("--fpm-quiet", options->quiet, "So long after its last word what it did not tell again goes; 30")
+      ->type_name("SECONDS")
+      ->check(CLI::Range(1U, 86400U));
   serve->callback([&console, options] { console.status = Serve(*options, console); });
 }
 

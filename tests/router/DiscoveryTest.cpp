@@ -1,0 +1,102 @@
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "router/Discovery.h"
+
+namespace {
+
+using softcard::Bytes;
+
+/// Of pairs of hexadecimal digits; blanks do not count.
+Bytes Hex(const std::string& text) {
+  Bytes bytes;
+  std::string digits;
+  for (const char c : text) {
+    if (c != ' ') digits += c;
+    if (digits.size() < 2) continue;
+    bytes.push_back(static_cast<unsigned char>(std::stoul(digits, nullptr, 16)));
+    digits.clear();
+  }
+  return bytes;
+}
+
+const std::string kEthernet = "ffffffffffff 020000000001 ";
+const std::string kArp = "0806 0001 0800 06 04 0002 020000000001 c0000201 020000000009 c0000209";
+const std::string kAddress = "fe800000000000000000000000000001";
+
+/// An ICMPv6 message from fe80::1.
+std::string Icmpv6(const std::string& message, const std::string& hop_limit = "ff") {
+  const std::string bytes = std::to_string(Hex(message).size());
+  char length[5];
+  std::snprintf(length, sizeof length, "%04zx", Hex(message).size());
+  return "86dd 60000000 " + std::string(length) + " 3a " + hop_limit + ' ' + kAddress +
+         " ff020000000000000000000000000001 " + message;
+}
+const std::string kSource = " 01 01 020000000001", kTarget = " 02 01 020000000001";
+
+std::string Read(const std::string& frame) {
+  const Bytes bytes = Hex(frame);
+  const auto announced = router::ReadAnnouncement(bytes);
+  if (!announced) return "nothing";
+  return std::to_string(announced->vlan_id) + ' ' + softcard::Text(announced->address) + ' ' +
+         std::to_string(announced->mac[5]);
+}
+
+TEST(DiscoveryTest, ArpRequestsAndRepliesAnnounceTheirSender) {
+  EXPECT_EQ(Read(kEthernet + kArp), "0 192.0.2.1 1");
+  EXPECT_EQ(Read(kEthernet + "8100 0064 " + kArp), "100 192.0.2.1 1");
+  std::string request = kArp;
+  request.replace(request.find("0002"), 4, "0001");
+  EXPECT_EQ(Read(kEthernet + request), "0 192.0.2.1 1");
+}
+
+TEST(DiscoveryTest, OtherArpAnnouncesNothing) {
+  const auto with = [](const std::string& from, const std::string& to) {
+    std::string arp = kArp;
+    return Read(kEthernet + arp.replace(arp.find(from), from.size(), to));
+  };
+  EXPECT_EQ(with("0002", "0003"), "nothing") << "reverse";
+  EXPECT_EQ(with("0001 0800", "0006 0800"), "nothing") << "no Ethernet";
+  EXPECT_EQ(with("c0000201", "00000000"), "nothing") << "a probe";
+  EXPECT_EQ(with("c0000201", "e0000001"), "nothing") << "a group's address";
+  EXPECT_EQ(with("020000000001 c0", "000000000000 c0"), "nothing");
+  EXPECT_EQ(with("020000000001 c0", "010000000001 c0"), "nothing") << "a group's";
+}
+
+TEST(DiscoveryTest, NeighboursAndRoutersAnnounceThemselves) {
+  EXPECT_EQ(Read(kEthernet + Icmpv6("85 00 0000 00000000" + kSource)), "0 fe80::1 1");
+  EXPECT_EQ(Read(kEthernet + Icmpv6("86 00 0000 40000708 00000000 00000000" + kSource)), "0 fe80::1 1");
+  EXPECT_EQ(Read(kEthernet + Icmpv6("87 00 0000 00000000 20010db8000000000000000000000009" + kSource)), "0 fe80::1 1");
+  EXPECT_EQ(Read(kEthernet + Icmpv6("88 00 0000 60000000 20010db8000000000000000000000009" + kTarget)),
+            "0 2001:db8::9 1");
+  EXPECT_EQ(Read(kEthernet + "8100 0064 " + Icmpv6("85 00 0000 00000000 05 01 000000000000" + kSource)),
+            "100 fe80::1 1")
+      << "behind another option";
+}
+
+TEST(DiscoveryTest, OtherIcmpv6AnnouncesNothing) {
+  const std::string solicitation = "87 00 0000 00000000 20010db8000000000000000000000009";
+  EXPECT_EQ(Read(kEthernet + Icmpv6(solicitation)), "nothing") << "no option";
+  EXPECT_EQ(Read(kEthernet + Icmpv6(solicitation + kTarget)), "nothing") << "the other option";
+  EXPECT_EQ(Read(kEthernet + Icmpv6(solicitation + kSource, "fe")), "nothing") << "a router has sent it on";
+  EXPECT_EQ(Read(kEthernet + Icmpv6(solicitation + " 01 00 020000000001")), "nothing") << "an option without a length";
+  EXPECT_EQ(Read(kEthernet + Icmpv6(solicitation + " 01 02 020000000001")), "nothing") << "one that is too long";
+  EXPECT_EQ(Read(kEthernet + Icmpv6("80 00 0000 00000000" + kSource)), "nothing") << "an echo";
+  EXPECT_EQ(Read(kEthernet + Icmpv6("87 00 0000 00000000")), "nothing") << "no target";
+}
+
+TEST(DiscoveryTest, FramesThatAreCutOffAnnounceNothing) {
+  for (const std::string& whole :
+       {kEthernet + "8100 0064 " + kArp,
+        kEthernet + Icmpv6("87 00 0000 00000000 20010db8000000000000000000000009" + kSource)}) {
+    const Bytes frame = Hex(whole);
+    for (std::size_t size = 0; size < frame.size(); ++size) {
+      EXPECT_FALSE(router::ReadAnnouncement(Bytes(frame.begin(), frame.begin() + static_cast<std::ptrdiff_t>(size))))
+          << size;
+    }
+  }
+  EXPECT_EQ(Read(kEthernet + "0800 4500"), "nothing") << "neither";
+}
+
+}  // namespace
