@@ -19,6 +19,7 @@ from changes import CHANGES
 from mpls_kernel import MplsKernel
 from namespaces import Failure, prepare
 from openvswitch import OpenVSwitch
+from speed import speed
 from story import story
 from traffic import Echo, settle
 
@@ -93,12 +94,15 @@ def main():
     parser = argparse.ArgumentParser(prog="scripts/lab", description=__doc__.splitlines()[0])
     parser.add_argument("--softcard", type=pathlib.Path, required=True, help="the command")
     parser.add_argument("--keep", type=pathlib.Path, help="a folder for the captures of failed cases")
+    parser.add_argument("--speed", action="store_true", help="frames a second, instead of cases")
     parser.add_argument("--switch", choices=("ovs", "kernel"), help="only this one")
     parser.add_argument("cases", nargs="*", metavar="CASE", help="only cases whose name has this in it")
     arguments = parser.parse_args()
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     begin = time.monotonic()
     prepare()
+    if arguments.speed:
+        return 0 if speed(arguments.softcard) else 1
     topology.build()
     lab = Lab(arguments.softcard, arguments.keep)
     Echo()

@@ -1,12 +1,15 @@
 """Open vSwitch as the foreign MPLS switch: its datapath in userspace, popping and pushing by its flows."""
 import os
+import pathlib
 import subprocess
+import tempfile
 
 from namespaces import FOLDER, run, start, stop, wait_for
 from topology import B_MAC, CARD_TO_PEER, PEER_LINKS, PEER_MAC, PEER_TO_B, PEER_TO_B_MAC, of_version
 
 TO_B = 1  # ports of the bridge: this one to B, those to the card by the card's port
 PORTS = {"eth2": 2, "eth3": 3, "eth4": 4}
+INTERFACES = {PEER_TO_B: TO_B} | {PEER_LINKS[port]: number for port, number in PORTS.items()}
 IP_TYPES = {4: "0x0800", 6: "0x86dd"}
 
 
@@ -19,13 +22,19 @@ def addressed(number, mac):
     return f"set_field:{own_mac}->eth_src", f"set_field:{mac}->eth_dst", f"output:{number}"
 
 
+def pushes(labels):
+    """The outermost first."""
+    return [action for label in reversed(labels)
+            for action in ("push_mpls:0x8847", f"set_field:{label}->mpls_label", "set_field:255->mpls_ttl")]
+
+
 class OpenVSwitch:
     name, short_name = "Open vSwitch", "ovs"
     ends_pseudowires = takes_tags = True
 
-    def __init__(self):
-        self.folder = FOLDER / "ovs"
-        self.folder.mkdir()
+    def __init__(self, namespace="peer", interfaces=INTERFACES):
+        self.namespace = namespace
+        self.folder = pathlib.Path(tempfile.mkdtemp(dir=FOLDER))
         self.environment = {**os.environ, "OVS_RUNDIR": str(self.folder), "OVS_LOGDIR": str(self.folder)}
         database = self.folder / "conf.db"
         run("ovsdb-tool", "create", database, "/usr/share/openvswitch/vswitch.ovsschema")
@@ -36,14 +45,13 @@ class OpenVSwitch:
         self.start_switch()
         self.vsctl("add-br", "br0", "--", "set", "bridge", "br0", "datapath_type=netdev", "fail_mode=secure",
                    "protocols=OpenFlow13")
-        numbers = {PEER_TO_B: TO_B} | {PEER_LINKS[port]: number for port, number in PORTS.items()}
-        for interface, number in numbers.items():
+        for interface, number in interfaces.items():
             self.vsctl("add-port", "br0", interface, "--", "set", "interface", interface, f"ofport_request={number}")
         self.flows = []
 
     def run_daemon(self, program, *arguments):
         return start(program, *arguments, f"--unixctl={self.folder}/{program}.ctl", "-vconsole:off", "-vsyslog:off",
-                     f"--log-file={self.folder}/{program}.log", namespace="peer", env=self.environment,
+                     f"--log-file={self.folder}/{program}.log", namespace=self.namespace, env=self.environment,
                      stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
 
     def start_switch(self):
@@ -86,9 +94,7 @@ class OpenVSwitch:
 
     def to_a(self, port, labels=(), vlan=None):
         """What B sends to A goes to the card's port under these labels."""
-        pushed = []
-        for label in reversed(labels):
-            pushed += ["push_mpls:0x8847", f"set_field:{label}->mpls_label", "set_field:255->mpls_ttl"]
+        pushed = pushes(labels)
         if vlan:
             pushed += ["push_vlan:0x8100", f"set_field:{vlan | 0x1000}->vlan_vid"]
         for ip_type in IP_TYPES.values():

@@ -4,18 +4,31 @@
 #include <pcap/pcap.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <stdexcept>
+#include <utility>
 
 namespace serve {
 namespace {
 
-constexpr int kLongest = 65535;   // bytes of a frame
-constexpr int kBuffer = 4 << 20;  // bytes of frames that wait to be read
-constexpr int kBatch = 64;        // frames, before others have their turn
+constexpr int kLongest = 65535;       // bytes of a frame
+constexpr int kBuffer = 4 << 20;      // bytes of frames that wait to be read
+constexpr int kHeaders = 14 + 2 * 4;  // of Ethernet with two tags, which no MTU counts
 
 [[noreturn]] void CannotOpen(const std::string& name, const std::string& reason) {
   throw std::runtime_error("cannot open interface " + name + ": " + reason);
+}
+
+/// 0 when there is none of this name.
+int Mtu(const std::string& name) {
+  const int any = socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  ifreq request{};
+  name.copy(request.ifr_name, IFNAMSIZ - 1);
+  const bool known = any >= 0 && ioctl(any, SIOCGIFMTU, &request) == 0;
+  if (any >= 0) close(any);
+  return known ? request.ifr_mtu : 0;
 }
 
 std::string WhyNot(int status, pcap_t* handle) {
@@ -41,28 +54,32 @@ const char* StateName(Interface::State state) {
 
 void Interface::Close::operator()(pcap* handle) const { pcap_close(handle); }
 
-Interface::Interface(const std::string& name) : name_(name), handle_(Open(name)), index_(if_nametoindex(name.c_str())) {
+Interface::Interface(const std::string& name) : name_(name) {
+  Open();
   Look();
   count_.changes = 0;
 }
 
 Interface::~Interface() = default;
 
-Interface::Handle Interface::Open(const std::string& name) {
+void Interface::Open() {
   char reason[PCAP_ERRBUF_SIZE] = "";
-  Handle handle(pcap_create(name.c_str(), reason));
-  if (!handle) CannotOpen(name, reason);
-  pcap_set_snaplen(handle.get(), kLongest);
+  Handle handle(pcap_create(name_.c_str(), reason));
+  if (!handle) CannotOpen(name_, reason);
+  // The ring has as much room for each frame as for the longest, so that is asked for as it can come.
+  mtu_ = Mtu(name_);
+  pcap_set_snaplen(handle.get(), mtu_ > 0 ? std::min(mtu_ + kHeaders, kLongest) : kLongest);
   pcap_set_promisc(handle.get(), 1);
   pcap_set_immediate_mode(handle.get(), 1);
   pcap_set_buffer_size(handle.get(), kBuffer);
   const int status = pcap_activate(handle.get());
-  if (status < 0) CannotOpen(name, WhyNot(status, handle.get()));
-  if (pcap_datalink(handle.get()) != DLT_EN10MB) CannotOpen(name, "it is no Ethernet interface");
+  if (status < 0) CannotOpen(name_, WhyNot(status, handle.get()));
+  if (pcap_datalink(handle.get()) != DLT_EN10MB) CannotOpen(name_, "it is no Ethernet interface");
   if (pcap_setdirection(handle.get(), PCAP_D_IN) != 0 || pcap_setnonblock(handle.get(), 1, reason) != 0) {
-    CannotOpen(name, pcap_geterr(handle.get()));
+    CannotOpen(name_, pcap_geterr(handle.get()));
   }
-  return handle;
+  handle_ = std::move(handle);
+  index_ = if_nametoindex(name_.c_str());
 }
 
 int Interface::descriptor() const { return handle_ ? pcap_get_selectable_fd(handle_.get()) : -1; }
@@ -74,8 +91,8 @@ Interface::Count Interface::count() const {
   return count;
 }
 
-void Interface::Receive(const std::function<void(softcard::View)>& take) {
-  if (!handle_) return;
+int Interface::Receive(const std::function<void(softcard::View)>& take) {
+  if (!handle_) return -1;
   struct Batch {
     Count& count;
     const std::function<void(softcard::View)>& take;
@@ -89,26 +106,43 @@ void Interface::Receive(const std::function<void(softcard::View)>& take) {
     }
     each_take({bytes, header->caplen});
   };
-  // What fails here is the interface, which Look() sees.
-  pcap_dispatch(handle_.get(), kBatch, each, reinterpret_cast<u_char*>(&batch));
+  return pcap_dispatch(handle_.get(), kBatch, each, reinterpret_cast<u_char*>(&batch));
 }
 
 void Interface::Send(softcard::View frame) {
-  // Not by pcap_inject, which waits for room.
-  const bool sent = handle_ && send(pcap_fileno(handle_.get()), frame.data, frame.size, MSG_DONTWAIT) >= 0;
-  ++(sent ? count_.sent : count_.lost);
+  leaving_[leaving_count_++].assign(frame.data, frame.data + frame.size);
+  if (leaving_count_ == kBatch) Flush();
 }
 
-bool Interface::IsAnother() const { return handle_ && if_nametoindex(name_.c_str()) != index_; }
+void Interface::Flush() {
+  std::array<iovec, kBatch> bytes;
+  std::array<mmsghdr, kBatch> frames{};
+  for (unsigned i = 0; i < leaving_count_; ++i) {
+    bytes[i] = {leaving_[i].data(), leaving_[i].size()};
+    frames[i].msg_hdr.msg_iov = &bytes[i];
+    frames[i].msg_hdr.msg_iovlen = 1;
+  }
+  for (unsigned done = 0; done < leaving_count_;) {
+    // Not by libpcap, which sends one by one and waits for room.
+    const int sent =
+        handle_ ? sendmmsg(pcap_fileno(handle_.get()), &frames[done], leaving_count_ - done, MSG_DONTWAIT) : -1;
+    if (sent <= 0) {
+      ++count_.lost, ++done;
+    } else {
+      count_.sent += static_cast<unsigned>(sent), done += static_cast<unsigned>(sent);
+    }
+  }
+  leaving_count_ = 0;
+}
+
+bool Interface::IsAnother() const { return handle_ && (if_nametoindex(name_.c_str()) != index_ || Mtu(name_) != mtu_); }
 
 bool Interface::Look() {
   const State before = state_;
-  const unsigned index = if_nametoindex(name_.c_str());
-  if (index != index_) Forget();
-  if (index != 0 && !handle_) {
+  if (IsAnother()) Forget();
+  if (!handle_ && if_nametoindex(name_.c_str()) != 0) {
     try {
-      handle_ = Open(name_);
-      index_ = index;
+      Open();
     } catch (const std::runtime_error&) {
       // It is down or has gone again; the next look shows.
     }

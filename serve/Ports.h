@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "serve/Forwarder.h"
 #include "serve/Interface.h"
 #include "serve/Statements.h"
 #include "softcard/Card.h"
@@ -23,7 +24,7 @@ using Bindings = std::vector<std::pair<std::string, std::string>>;
 /// The card's ports on network interfaces. A frame that comes in takes the card's way, and what leaves is sent by the
 /// port that it leaves by. What is for the route processor goes to the port's twin there, and what comes from the twin
 /// leaves by the port, both as they are on the wire.
-class Ports {
+class Ports : private Forwarder::Wires {
  public:
   using Say = std::function<void(const std::string&)>;
   /// Shown each frame of a port, "eth1", as it is on the wire, coming and leaving; whether it has been kept.
@@ -31,7 +32,7 @@ class Ports {
 
   /// `say` is told when an interface goes down or away, and when it comes back; an empty `capture` is none. Throws
   /// std::runtime_error with the reason and the remedy for what cannot be bound.
-  Ports(asio::io_context& events, softcard::Card& card, const Natives& natives, const Bindings& ports,
+  Ports(asio::io_context& events, softcard::Card& card, const Living& living, const Bindings& ports,
         const Bindings& hosts, Say say, Capture capture = {});
 
   /// Each interface with its counters; frames for ports without an interface are counted, too.
@@ -53,19 +54,20 @@ class Ports {
     Interface interface;
     asio::posix::stream_descriptor events_of;
     std::function<void(softcard::View)> take{};
+    bool waits = false;  ///< for frames
   };
 
   Side& Bind(asio::io_context& events, const std::string& name, const std::string& interface_name);
   void Wait(Side& side);
+  void Read(Side& side);
   void LookAgain();
-  void Came(int port, softcard::View frame);
+  bool HasHost(int port) const override;
+  void ToHost(int port, softcard::View frame) override;
+  void ToPort(int port, softcard::View frame) override;
   void Send(Side& side, softcard::View frame);
   void Show(const Side& side, softcard::View frame);
-  void Leave(int port, softcard::Bytes& frame);
-  bool IsForProcessor(const softcard::Way& way) const;
 
-  softcard::Card& card_;
-  const Natives& natives_;
+  Forwarder forwarder_;
   const Say say_;
   const Capture capture_;
   asio::steady_timer look_;
@@ -74,8 +76,6 @@ class Ports {
   std::map<int, Side*> hosts_;
   std::uint64_t unbound_ = 0;     ///< frames for ports without an interface
   std::uint64_t uncaptured_ = 0;  ///< frames that could not be kept
-  softcard::Bytes tagged_;
-  softcard::Bytes out_;
 };
 
 }  // namespace serve

@@ -10,7 +10,7 @@ namespace serve {
 Server::Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
                const Formats& formats, softcard::Card& card, const Living& living, Ports::Say say)
     : signals_(events_, SIGINT, SIGTERM, SIGHUP),
-      ports_(events_, card, living.natives, settings.ports, settings.hosts, say, settings.capture),
+      ports_(events_, card, living, settings.ports, settings.hosts, say, settings.capture),
       control_(events_, settings.socket, [&](const std::string& client) {
         return std::make_unique<Conversation>(session, language, formats, client);
       }) {

@@ -6,13 +6,12 @@
 #include <iostream>
 
 #include "softcard/packets/Packet.h"
-#include "tests/softcard/packets/PacketCard.h"
+#include "tests/fuzz/FullCard.h"
 
 namespace {
 
 using softcard::Bytes;
 using softcard::Way;
-using Action = softcard::LabelAction::Kind;
 
 constexpr unsigned int kMtu = 1500;
 constexpr std::size_t kMostAdded = 18 + 3 * 4;  // an Ethernet header with its tag, and three labels
@@ -22,28 +21,6 @@ void Require(bool held, const char* what, const Bytes& frame) {
   std::cerr << what << ": " << Text(frame) << '\n';
   std::abort();
 }
-
-struct FullCard : PacketCard {
-  FullCard() {
-    Route("0.0.0.0", 0, Push({100, 200}));
-    Route("10.0.0.0", 8, Push({100, 200}, 16, 2));
-    Route("192.0.2.0", 24, 999);
-    Route("198.51.100.0", 24, Host(intf, kNoLabel, 0, 1001));
-    Route("::", 0, Host());
-    Route("2001:db8::", 32, Host(Tunnel({{0, 100, 0, 6, 9}})));
-    softcard::Tables& tables = card.tables();
-    tables.lags.Set(1001, {5, 6, 7}, tables.ports);
-    tables.attachments.Set(2, Vc(17), tables.ports);
-    tables.attachments.Set(3, Host(), tables.ports);
-    LabelTo(16, Swap(300));
-    LabelTo(17, Push({400}, 300, 1));
-    LabelTo(18, Host());
-    LabelTo(19, Push({100, 200}));
-    Label(20, Action::kPopVrf, 1);
-    Label(21, Action::kPopPort, 7);
-    Label(22, Action::kPopPort, 1001);
-  }
-};
 
 /// What is inside a frame of a tunnel, and in what has only been routed, is a whole packet again.
 void RequireWhole(const Bytes& in, const Bytes& out) {

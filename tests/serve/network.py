@@ -67,8 +67,8 @@ class Wire:
         return None
 
 
-def packet(source, destination, ttl=64, size=60):
-    header = struct.pack("!BBHHHBBH4s4s", 0x45, 0, size, 0, 0, ttl, 17, 0, socket.inet_aton(source),
+def packet(source, destination, ttl=64, size=60, protocol=17):
+    header = struct.pack("!BBHHHBBH4s4s", 0x45, 0, size, 0, 0, ttl, protocol, 0, socket.inet_aton(source),
                          socket.inet_aton(destination))
     total = sum(struct.unpack("!10H", header))
     total = (total & 0xFFFF) + (total >> 16)

@@ -7,6 +7,7 @@ import shutil
 import struct
 import subprocess
 import sys
+import time
 
 from network import HOST, NEXT, ROUTER, Card, Wire, enter, fresh, ip, make, packet, plain, tagged, until
 
@@ -64,6 +65,20 @@ assert a.receive() == plain(packet("198.51.100.7", "192.0.2.9", ttl=63), HOST, R
 # Frames as long as they get.
 a.send(plain(packet("192.0.2.9", "198.51.100.7", size=8900)))
 assert len(b.receive()) == 14 + 4 + 8 + 8900
+
+# Those of an interface whose MTU changes.
+for mtu in ("1500", "9000"):
+    ip("link", "set", "a-card", "mtu", mtu)
+    time.sleep(0.5)
+a.send(plain(packet("192.0.2.9", "198.51.100.7", size=8901)))
+assert len(b.receive()) == 14 + 4 + 8 + 8901
+# Segments that the system has joined are longer than any frame may be.
+joined = plain(packet("192.0.2.9", "198.51.100.7", size=20000, protocol=6))
+joined = joined[:46] + bytes([0x50]) + joined[47:]  # a TCP header without options
+a.socket.setsockopt(263, 15, 1)  # what a network card would have to do comes first
+a.send(struct.pack("BBHHHH", 1, 1, 54, 1000, 34, 16) + joined)
+a.socket.setsockopt(263, 15, 0)
+until(lambda: card.interfaces()["eth1"]["cut"] == 1, "a frame that is counted as cut")
 
 # What is the processor's, as it is on the wire.
 neighbour = struct.pack("!IHBB", 6 << 28, 24, 58, 255) + bytes(32) + bytes([135]) + bytes(23)
