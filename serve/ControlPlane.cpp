@@ -52,6 +52,11 @@ Tcp::endpoint ToEndpoint(const std::string& text) {
   return {address, port};
 }
 
+std::string Text(const Tcp::endpoint& endpoint) {
+  const std::string address = endpoint.address().to_string();
+  return (endpoint.address().is_v6() ? '[' + address + ']' : address) + ':' + std::to_string(endpoint.port());
+}
+
 }  // namespace
 
 ControlPlane::ControlPlane(asio::io_context& events, const std::string& address, std::chrono::seconds quiet,
@@ -71,7 +76,7 @@ ControlPlane::ControlPlane(asio::io_context& events, const std::string& address,
     acceptor_.bind(endpoint);
     acceptor_.listen();
   } catch (const std::system_error& error) {
-    throw std::runtime_error("cannot wait for a control plane at " + address + ": " + error.code().message() +
+    throw std::runtime_error("cannot wait for a control plane at " + Text(endpoint) + ": " + error.code().message() +
                              "; is there another one, or is the address not this machine's?");
   }
   Accept();
@@ -96,7 +101,7 @@ void ControlPlane::Take(Tcp::socket socket) {
   std::error_code error;
   const Tcp::endpoint from = socket.remote_endpoint(error);
   if (error) return;  // it has gone already
-  const std::string name = from.address().to_string() + ':' + std::to_string(from.port());
+  const std::string name = Text(from);
   if (peer_.is_open()) {
     say_("control plane " + name + " is turned away: " + peer_name_ + " is connected");
     asio::write(socket, asio::buffer("softcard: " + peer_name_ + " is connected, and there is one at a time\n"), error);
