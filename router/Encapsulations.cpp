@@ -9,8 +9,7 @@ namespace router {
 namespace {
 
 constexpr std::size_t kMostLabels = 2;  // that the chip puts on a packet
-constexpr unsigned kExplicitNull = 0, kImplicitNull = 3;
-constexpr unsigned kNoVlan = 0;  // the VLAN encapsulation of what leaves through none
+constexpr unsigned kNoVlan = 0;         // the VLAN encapsulation of what leaves through none
 
 bool IsTunnel(const Way& way) { return way.kind == Way::Kind::kPush || way.kind == Way::Kind::kSwap; }
 

@@ -18,8 +18,8 @@ namespace {
 using softcard::IpAddress;
 using softcard::Prefix;
 
-constexpr unsigned kFamilyMpls = 28;  // AF_MPLS, of which not every C library knows
-constexpr std::size_t kMostLabels = 16;
+constexpr unsigned kFamilyMpls = 28;   // AF_MPLS, of which not every C library knows
+constexpr std::size_t kMostRead = 16;  // labels of a stack
 constexpr std::size_t kLabelBytes = 4;
 
 /// A message that lacks what it is about.
@@ -83,12 +83,12 @@ Labels ToLabels(const nlattr* attribute) {
   const std::size_t size = mnl_attr_get_payload_len(attribute);
   const auto* const data = static_cast<const unsigned char*>(mnl_attr_get_payload(attribute));
   Labels labels;
-  for (std::size_t at = 0; at + kLabelBytes <= size && labels.size() < kMostLabels; at += kLabelBytes) {
+  for (std::size_t at = 0; at + kLabelBytes <= size && labels.size() < kMostRead; at += kLabelBytes) {
     labels.push_back(static_cast<unsigned>(data[at]) << 12 | static_cast<unsigned>(data[at + 1]) << 4 |
                      data[at + 2] >> 4);
     if ((data[at + 2] & 1) != 0) return labels;  // the bottom of the stack
   }
-  if (labels.size() < kMostLabels) throw Malformed();  // a stack without a bottom
+  if (labels.size() < kMostRead) throw Malformed();  // a stack without a bottom
   return labels;
 }
 
@@ -127,7 +127,6 @@ Way ToLabelWay(const Attributes& attributes, unsigned ifindex) {
   way.ifindex = attributes.Number(RTA_OIF).value_or(ifindex);
   if (const nlattr* via = attributes[RTA_VIA]) way.gateway = ToVia(via);
   if (const nlattr* labels = attributes[RTA_NEWDST]) way.labels = ToLabels(labels);
-  constexpr unsigned kImplicitNull = 3;
   if (way.labels == Labels{kImplicitNull}) way.labels.clear();
   way.kind = !way.labels.empty() ? Way::Kind::kSwap : way.gateway ? Way::Kind::kDeliver : Way::Kind::kPopVrf;
   return way;
@@ -182,10 +181,10 @@ const Header& HeaderOf(const nlmsghdr* message) {
 
 template <typename Header>
 Attributes AttributesOf(const nlmsghdr* message) {
-  constexpr std::size_t kHeader = MNL_ALIGN(sizeof(Header));
+  constexpr std::size_t kHeaderBytes = MNL_ALIGN(sizeof(Header));
   const std::size_t size = mnl_nlmsg_get_payload_len(message);
-  if (size <= kHeader) return {nullptr, 0};
-  return {static_cast<const char*>(mnl_nlmsg_get_payload_offset(message, sizeof(Header))), size - kHeader};
+  if (size <= kHeaderBytes) return {nullptr, 0};
+  return {static_cast<const char*>(mnl_nlmsg_get_payload_offset(message, sizeof(Header))), size - kHeaderBytes};
 }
 
 LabelTold ToLabel(const rtmsg& header, const Attributes& attributes, bool gone) {
@@ -280,9 +279,16 @@ void ReadMessages(const unsigned char* data, std::size_t size, std::vector<Told>
   thread_local std::vector<std::uint32_t> aligned;
   aligned.resize((size + sizeof(std::uint32_t) - 1) / sizeof(std::uint32_t));
   if (size > 0) std::memcpy(aligned.data(), data, size);
-  const auto* message = reinterpret_cast<const nlmsghdr*>(aligned.data());
-  int left = static_cast<int>(size);
-  for (; mnl_nlmsg_ok(message, left); message = mnl_nlmsg_next(message, &left)) {
+  const auto* const messages = reinterpret_cast<const char*>(aligned.data());
+  std::size_t at = 0;
+  while (at < size) {
+    const auto* const message = reinterpret_cast<const nlmsghdr*>(messages + at);
+    // libmnl would take a length of 2^31 and more for a negative one, which is never too long.
+    if (size - at < sizeof *message || message->nlmsg_len < sizeof *message || message->nlmsg_len > size - at) {
+      ++unread->malformed;
+      return;
+    }
+    at += MNL_ALIGN(message->nlmsg_len);
     try {
       if (auto read = Read(message)) {
         told->push_back(std::move(*read));
@@ -293,7 +299,6 @@ void ReadMessages(const unsigned char* data, std::size_t size, std::vector<Told>
       ++unread->malformed;
     }
   }
-  if (left > 0) ++unread->malformed;
 }
 
 }  // namespace router

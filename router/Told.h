@@ -14,6 +14,7 @@ namespace router {
 
 /// A label stack, outermost first, as control planes list it.
 using Labels = std::vector<unsigned>;
+constexpr unsigned kExplicitNull = 0, kImplicitNull = 3;
 
 /// One way that packets may go.
 struct Way {

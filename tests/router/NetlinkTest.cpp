@@ -140,6 +140,7 @@ TEST(NetlinkTest, LengthsThatLieAreMalformed) {
   for (const unsigned length : {0U, 1U, 15U, 255U}) {
     EXPECT_EQ(Spoilt("inline-two-labels", kLength, static_cast<unsigned char>(length)).unread.malformed, 1U) << length;
   }
+  EXPECT_EQ(Spoilt("inline-two-labels", kLength + 3, 255).unread.malformed, 1U) << "a negative one, to some";
   EXPECT_EQ(Spoilt("inline-two-labels", kLength, kHeader + 4).unread.malformed, 2U)
       << "a short header, and what follows";
   EXPECT_EQ(Spoilt("inline-two-labels", kFirstAttribute, 3).unread.malformed, 1U);
