@@ -145,8 +145,8 @@ def software_card_table(card):
 def numbers_text(memory, memory_on_card, sizes, card):
     return (f"Memory per destination: {memory} bytes, {memory_on_card} on the card. Code and constants, as built for the "
             f"card (`-Os`):\n{sum(sizes.values())} bytes.\n\n"
-            f"The software card forwards {card['packets-per-second']:.0f} packets per second, each with its trace in "
-            f"words; `softcard run\n--quiet` goes through {card['scenario lines per second']:.0f} lines per second in "
+            f"The software card forwards {card['packets-per-second']:.0f} packets per second of processor time, each with its "
+            f"trace in words; `softcard run\n--quiet` goes through {card['scenario lines per second']:.0f} lines per second in "
             f"{card['scenario megabytes']:.0f} MB, and starts in {card['start-up milliseconds']:.0f} ms.")
 
 

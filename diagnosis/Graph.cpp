@@ -133,7 +133,7 @@ class Drawing {
     const softcard::Egress* const egress = holder.egress_object;
     std::vector<unsigned> labels;
     if (const softcard::LabelStack* stack = holder.OwnsIntf() ? tables_.initiators.Find(holder.intf) : nullptr) {
-      for (auto label = stack->rbegin(); label != stack->rend(); ++label) labels.push_back(label->label);
+      for (const auto* label = stack->end(); label != stack->begin();) labels.push_back((--label)->label);
     }
     const bool own = egress != nullptr && egress->HasLabel();
     if (own) labels.push_back(egress->label);

@@ -32,7 +32,7 @@ int IntfManager::UpdateIntf(int intf, unsigned int unit, int vrf, unsigned int v
       std::copy_n(mac, object->macsa_.size(), object->macsa_.begin());
       object->mtu_ = mtu;
       object->l3_flags_ = l3_flags;
-      object->framing = {object->macsa_, vlan_id, mtu};
+      static_cast<Framing&>(*object) = {object->macsa_, vlan_id, mtu};
       return intf;
     });
   });

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstring>
 
 #include "softcard/packets/Walk.h"
 
@@ -7,27 +8,29 @@ namespace {
 
 constexpr unsigned kReservedVlan = 4095;
 constexpr unsigned kLastHop = 1;  ///< a TTL that no router sends on
+constexpr const char* kCutOff = "the Ethernet header is cut off";
 
 }  // namespace
 
 void Walk::FromWire(int port) {
-  if (story_) story_->Tell(ArrivalStep{port, arrived_.size});
+  if (told()) story_->Tell(ArrivalStep{port, arrived_.size});
   if (!tables_.ports.IsEthernet(port)) {
     return Dropped(Drop::kNoPort, [&] { return tables_.ports.Name(port) + " is no Ethernet port of this card"; });
   }
-  std::optional<Packet> frame = ParseEthernet(arrived_);
-  if (!frame) return Malformed("the Ethernet header is cut off");
-
   if (const unsigned* const destination = tables_.attachments.Find(port)) {
-    if (story_) story_->Tell(AttachmentRow(port, *destination, tables_.ports));
+    std::optional<Packet> frame = ParseEthernet(arrived_);
+    if (!frame) return Malformed(kCutOff);
+    if (told()) story_->Tell(AttachmentRow(port, *destination, tables_.ports));
     return ToDestination(*destination, *frame);
   }
 
+  if (arrived_.size < kEthernetBytes) return Malformed(kCutOff);
   const unsigned char* const bytes = arrived_.data;
   std::size_t at = kEthernetBytes;
   unsigned type = Get16(bytes + 2 * kMacBytes);
   unsigned vlan_id = kNoVlan;
   if (type == kEtherTypeVlan) {
+    if (arrived_.size < kEthernetBytes + kTagBytes) return Malformed(kCutOff);
     vlan_id = Get16(bytes + at) & kVlanBits;
     type = Get16(bytes + at + 2);
     at += kTagBytes;
@@ -41,7 +44,7 @@ void Walk::FromWire(int port) {
   }
   const unsigned* const vrf = tables_.associations.Find(vlan_id);
   if (!vrf) return Dropped(Drop::kNotRouted, [&] { return "VLAN " + std::to_string(vlan_id) + " is in no VRF"; });
-  if (story_) story_->Tell(MakeRow(vlan_id, *vrf));
+  if (told()) story_->Tell(MakeRow(vlan_id, *vrf));
 
   switch (type) {
     case kEtherTypeIpv4: return Routed(*vrf, ParseIpv4(arrived_.From(at)), 255);
@@ -55,26 +58,24 @@ void Walk::FromWire(int port) {
 }
 
 bool Walk::IsMyStation(unsigned vlan_id, const unsigned char* mac) {
-  const auto matches = [&](unsigned entry_vlan_id, const Station& station) {
-    return ((vlan_id ^ entry_vlan_id) & station.vlan_mask & kVlanBits) == 0 &&
-           std::equal(station.mac.begin(), station.mac.end(), mac);
-  };
-  const auto told = [&](unsigned entry_vlan_id, const Station& station) {
-    if (story_) story_->Tell(MakeRow(entry_vlan_id, station));
+  const auto has_mac = [&](const Station& station) { return std::memcmp(station.mac.data(), mac, kMacBytes) == 0; };
+  const auto told_of = [&](unsigned entry_vlan_id, const Station& station) {
+    if (told()) story_->Tell(MakeRow(entry_vlan_id, station));
     return true;
   };
   const Station* const own = tables_.stations.Find(vlan_id);
-  if (own && matches(vlan_id, *own)) return told(vlan_id, *own);
+  if (own && has_mac(*own)) return told_of(vlan_id, *own);
 
   // A mask lets the entry of another VLAN match; of several, the one of the lowest VLAN.
   const Station* lowest = nullptr;
   unsigned lowest_vlan_id = 0;
   for (const auto& [entry_vlan_id, station] : tables_.stations.rows()) {
-    if ((!lowest || entry_vlan_id < lowest_vlan_id) && matches(entry_vlan_id, station)) {
+    const bool has_vlan = ((vlan_id ^ entry_vlan_id) & station.vlan_mask & kVlanBits) == 0;
+    if (has_vlan && has_mac(station) && (!lowest || entry_vlan_id < lowest_vlan_id)) {
       lowest = &station, lowest_vlan_id = entry_vlan_id;
     }
   }
-  return lowest && told(lowest_vlan_id, *lowest);
+  return lowest && told_of(lowest_vlan_id, *lowest);
 }
 
 /// `ttl`: the labels' that the packet came under, which it must not outlive.
@@ -94,7 +95,7 @@ void Walk::Routed(unsigned vrf, std::optional<Packet>&& ip, unsigned ttl) {
       return "VRF " + std::to_string(vrf) + " has no route to " + Text(IpAddress::From(version, to));
     });
   }
-  if (story_) story_->Tell(MakeRow(vrf, Prefix::Around(IpAddress::From(version, to), route.length), *route.value));
+  if (told()) story_->Tell(MakeRow(vrf, Prefix::Around(IpAddress::From(version, to), route.length), *route.value));
   return ToDestination(*route.value, packet);
 }
 
@@ -110,7 +111,7 @@ void Walk::Labelled(unsigned vlan_vrf, View stack) {
     // An explicit null label that nobody gave a meaning ends the path in the VRF that it came in on.
     const bool explicit_null = entry.label == kExplicitNullV4 || entry.label == kExplicitNullV6;
     if (action.kind == LabelAction::Kind::kNone && explicit_null) action = {LabelAction::Kind::kPopVrf, vlan_vrf};
-    if (story_ && action.kind != LabelAction::Kind::kNone) story_->Tell(MakeRow(entry.label, action, tables_.ports));
+    if (told() && action.kind != LabelAction::Kind::kNone) story_->Tell(MakeRow(entry.label, action, tables_.ports));
 
     switch (action.kind) {
       case LabelAction::Kind::kNone:
@@ -139,7 +140,7 @@ void Walk::Unwrapped(int port, View frame, unsigned ttl) {
   const std::optional<int> member = FindPort(port, *packet);
   if (!member) return NoPort(port);
   out_.assign(frame.data, frame.data + frame.size);
-  if (story_) TellLayers(*packet, story_);
+  if (told()) TellLayers(*packet, story_);
   return Sent(*member);
 }
 

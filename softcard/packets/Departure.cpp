@@ -34,13 +34,12 @@ void TellOddities(const Egress& egress, const IntfValues& intf, const LabelStack
 
 void Walk::ToDestination(unsigned destination, Packet& packet) {
   way_.destination = destination;
-  const auto found = records_.find(static_cast<int>(destination));
-  if (found == records_.end()) {
+  const DestinationIdCorrelator* const record = FindRecord(records_, destination);
+  if (!record) {
     return Dropped(Drop::kNoRecord, [&] { return "destination " + to_string(destination) + " is not installed"; });
   }
-  const DestinationIdCorrelator& record = found->second;
-  const int egress_id = record.egress_id;
-  if (story_) story_->Tell(MakeRow(found->first, record));
+  const int egress_id = record->egress_id;
+  if (told()) story_->Tell(MakeRow(static_cast<int>(destination), *record));
   if (egress_id == 0) {
     return Dropped(Drop::kNoEgress,
                    [&] { return "destination " + to_string(destination) + " is a VLAN, not a way to a next hop"; });
@@ -49,7 +48,7 @@ void Walk::ToDestination(unsigned destination, Packet& packet) {
   const auto egress_text = [&](const char* what) { return "egress object " + to_string(egress_id) + what; };
   const Egress* const egress = tables_.egresses.Find(egress_id);
   if (!egress) return Dropped(Drop::kNoEgress, [&] { return egress_text(" does not exist"); });
-  if (story_) story_->Tell(MakeRow(egress_id, *egress, tables_.ports));
+  if (told()) story_->Tell(MakeRow(egress_id, *egress, tables_.ports));
   if (egress->drop) return Dropped(Drop::kAction, [&] { return egress_text(" drops"); });
   if (egress->to_cpu) return ToCpu(egress_id);
 
@@ -65,17 +64,17 @@ void Walk::ToDestination(unsigned destination, Packet& packet) {
       return egress_text(" is bound to interface ") + to_string(egress->intf) + ", which has been deleted";
     });
   }
-  if (story_ && record.intf_id > 0 && record.intf_id != egress->intf) {
-    story_->Tell(OddityStep{"the destination's record names interface " + to_string(record.intf_id) +
+  if (told() && record->intf_id > 0 && record->intf_id != egress->intf) {
+    story_->Tell(OddityStep{"the destination's record names interface " + to_string(record->intf_id) +
                             ", its egress object is bound to " + to_string(egress->intf)});
   }
   return Encapsulated(*egress, *intf, packet);
 }
 
 void Walk::Encapsulated(const Egress& egress, const Intf& intf, Packet& packet) {
-  const Intf::Framing& framing = intf.framing;
+  const Framing& framing = intf;
   const LabelStack* const initiator = tables_.initiators.Find(egress.intf);
-  if (story_) {
+  if (told()) {
     story_->Tell(MakeRow(intf));
     if (initiator) story_->Tell(MakeRow(egress.intf, *initiator));
     TellOddities(egress, ValuesOf(intf), initiator, story_);
@@ -131,7 +130,7 @@ PushedLabels Walk::LabelsFor(const Egress& egress, const LabelStack* initiator, 
 
 void Walk::ToCpu(int egress_id) {
   out_.assign(arrived_.data, arrived_.data + arrived_.size);
-  if (story_) story_->Tell(ToCpuStep{"egress object " + to_string(egress_id) + " sends to the CPU", arrived_});
+  if (told()) story_->Tell(ToCpuStep{"egress object " + to_string(egress_id) + " sends to the CPU", arrived_});
   way_.fate = Way::Fate::kToCpu;
 }
 
@@ -140,18 +139,22 @@ void Walk::NoPort(int port) {
 }
 
 std::optional<int> Walk::FindPort(int port, const Packet& packet) {
-  if (!tables_.ports.IsLag(port)) return tables_.ports.Exists(port) ? std::optional<int>(port) : std::nullopt;
-  const std::vector<int>* const members = tables_.lags.Find(port);
-  if (!members) return port;
+  if (tables_.ports.IsLag(port)) return FindMember(port, packet);
+  return tables_.ports.Exists(port) ? std::optional<int>(port) : std::nullopt;
+}
+
+int Walk::FindMember(int lag, const Packet& packet) {
+  const std::vector<int>* const members = tables_.lags.Find(lag);
+  if (!members) return lag;
   // The hash's upper bits are the better mixed ones.
   const uint64_t place = uint64_t{FlowHash(packet)} * members->size() >> 32;
   const int chosen = (*members)[static_cast<std::size_t>(place)];
-  if (story_) story_->Tell(MembersRow(port, *members, tables_.ports));
+  if (told()) story_->Tell(MembersRow(lag, *members, tables_.ports));
   return chosen;
 }
 
 void Walk::Sent(int port) {
-  if (story_) story_->Tell(SentStep{port, out_});
+  if (told()) story_->Tell(SentStep{port, out_});
   way_.fate = Way::Fate::kSent;
   way_.port = port;
 }

@@ -1,8 +1,11 @@
 #ifndef SOFTCARD_PACKETS_FRAME_H
 #define SOFTCARD_PACKETS_FRAME_H
 
+#include <arpa/inet.h>
+
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 /// What frames are made of. Numbers stand in them in network byte order, whatever the host's.
@@ -55,20 +58,30 @@ struct StackEntry {
   unsigned ttl;
 };
 
-inline StackEntry GetEntry(const unsigned char* at) {
-  const uint32_t word = Get32(at);
-  return {word >> 12, word >> 9 & 7, (word >> 8 & 1) != 0, word & 0xFF};
-}
-inline void PutEntry(unsigned char* at, const StackEntry& entry) {
-  Put32(at, entry.label << 12 | entry.exp << 9 | (entry.bottom ? 0x100U : 0U) | entry.ttl);
-}
+constexpr uint32_t kBottomOfStack = 0x100;
 
-/// The checksum of a header of 32-bit words: 0 when it holds its own and that is right.
+inline StackEntry EntryOf(uint32_t word) {
+  return {word >> 12, word >> 9 & 7, (word & kBottomOfStack) != 0, word & 0xFF};
+}
+inline uint32_t WordOf(const StackEntry& entry) {
+  return entry.label << 12 | entry.exp << 9 | (entry.bottom ? kBottomOfStack : 0) | entry.ttl;
+}
+inline StackEntry GetEntry(const unsigned char* at) { return EntryOf(Get32(at)); }
+inline void PutEntry(unsigned char* at, const StackEntry& entry) { Put32(at, WordOf(entry)); }
+
+/// The checksum of a header of 32-bit words: 0 when it holds its own and that is right. Words are added as the host
+/// reads them: it only swaps the sum's bytes.
 inline unsigned InternetChecksum(const unsigned char* header, std::size_t size) {
   uint64_t sum = 0;
-  for (std::size_t i = 0; i < size; i += 4) sum += Get32(header + i);
-  while (sum > 0xFFFF) sum = (sum & 0xFFFF) + (sum >> 16);
-  return ~static_cast<unsigned>(sum) & 0xFFFF;
+  for (std::size_t i = 0; i < size; i += 4) {
+    uint32_t word;
+    std::memcpy(&word, header + i, sizeof word);
+    sum += word;
+  }
+  sum = (sum & 0xFFFF) + (sum >> 16 & 0xFFFF) + (sum >> 32);
+  sum = (sum & 0xFFFF) + (sum >> 16);
+  sum = (sum & 0xFFFF) + (sum >> 16);
+  return ntohs(static_cast<uint16_t>(~sum));
 }
 
 }  // namespace softcard

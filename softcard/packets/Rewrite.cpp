@@ -37,28 +37,31 @@ void WriteFrame(const Headers& headers, const Packet& packet, Bytes* frame, Stor
   frame->resize(kHeaderBytes + kLabelBytes * count + packet.bytes.size);
   unsigned char* at = frame->data();
 
-  at = std::copy(headers.destination.begin(), headers.destination.end(), at);
-  at = std::copy(headers.source.begin(), headers.source.end(), at);
+  const bool told = __builtin_expect(story != nullptr, 0) != 0;
+
+  std::memcpy(at, headers.destination.data(), kMacBytes);
+  std::memcpy(at + kMacBytes, headers.source.data(), kMacBytes);
+  at += 2 * kMacBytes;
   const unsigned type = EtherType(headers.labels, packet.kind);
   Put16(at, kEtherTypeVlan);
   Put16(at + 2, headers.vlan_id);
   Put16(at + 4, type);
   at += 6;
-  if (story) {
+  if (told) {
     story->Tell(EthernetLayer{headers.destination, headers.source, kEtherTypeVlan});
     story->Tell(TagLayer{headers.vlan_id, type});
   }
 
   for (std::size_t i = count; i > 0; --i, at += kLabelBytes) {
-    StackEntry entry = headers.labels[i - 1];
-    entry.bottom = i == 1 && packet.kind != Packet::Kind::kLabelled;
-    PutEntry(at, entry);
-    if (story) story->Tell(LabelLayer{entry});
+    const bool is_bottom = i == 1 && packet.kind != Packet::Kind::kLabelled;
+    const uint32_t entry = headers.labels[i - 1] | (is_bottom ? kBottomOfStack : 0);
+    Put32(at, entry);
+    if (told) story->Tell(LabelLayer{EntryOf(entry)});
   }
 
   if (packet.bytes.size > 0) std::memcpy(at, packet.bytes.data, packet.bytes.size);
   SetTtl(packet.kind, packet.ttl, at);
-  if (story) TellLayers(packet, story);
+  if (told) TellLayers(packet, story);
 }
 
 void TellLayers(const Packet& packet, Story* story) {

@@ -11,17 +11,17 @@ namespace softcard {
 
 class Story;
 
-/// The labels that a packet gets, the innermost first: an egress object's own, then its interface's.
+/// The labels that a packet gets, the innermost first: an egress object's own, then its interface's. None is the bottom
+/// of the stack yet.
 class PushedLabels {
  public:
-  void Push(unsigned label, unsigned exp, unsigned ttl) { entries_[count_++] = {label, exp, false, ttl}; }
+  void Push(unsigned label, unsigned exp, unsigned ttl) { words_[count_++] = WordOf({label, exp, false, ttl}); }
   bool empty() const { return count_ == 0; }
   std::size_t size() const { return count_; }
-  StackEntry& operator[](std::size_t i) { return entries_[i]; }
-  const StackEntry& operator[](std::size_t i) const { return entries_[i]; }
+  uint32_t operator[](std::size_t i) const { return words_[i]; }
 
  private:
-  std::array<StackEntry, kMaxLabels + 1> entries_;
+  std::array<uint32_t, kMaxLabels + 1> words_;
   std::size_t count_ = 0;
 };
 

@@ -12,18 +12,18 @@ namespace softcard {
 /// One packet on its way: Arrival.cpp brings it from the wire to a destination, Departure.cpp from there to the wire.
 class Walk {
  public:
-  Walk(const Tables& tables, const Records& records, View arrived, Bytes* out, Story* story)
-      : tables_(tables), records_(records), arrived_(arrived), out_(*out), story_(story) {}
+  /// `way`: what becomes of the packet, once it has gone.
+  Walk(const Tables& tables, const Records& records, View arrived, Bytes* out, Way* way, Story* story)
+      : tables_(tables), records_(records), arrived_(arrived), out_(*out), way_(*way), story_(story) {}
 
   void FromWire(int port);
   void ToDestination(unsigned destination, Packet& packet);
-  const Way& way() const { return way_; }
 
   /// Ends the way; the reason is put into words only when somebody listens.
   template <typename Reason>
   void Dropped(Drop drop, const Reason& reason) {
     out_.clear();
-    if (story_) story_->Tell(DroppedStep{drop, reason()});
+    if (told()) story_->Tell(DroppedStep{drop, reason()});
     way_.drop = drop;
   }
   void Malformed(const char* reason) {
@@ -31,6 +31,9 @@ class Walk {
   }
 
  private:
+  /// Whether somebody listens. Compilers take pointers for mostly set, and would let what is told stand in the way.
+  bool told() const { return __builtin_expect(story_ != nullptr, 0) != 0; }
+
   bool IsMyStation(unsigned vlan_id, const unsigned char* mac);
   void Routed(unsigned vrf, std::optional<Packet>&& ip, unsigned ttl);
   void Labelled(unsigned vlan_vrf, View stack);
@@ -42,14 +45,15 @@ class Walk {
   void NoPort(int port);
   /// The port itself, of a LAG with members the one for the packet's flow; nothing for a port that does not exist.
   std::optional<int> FindPort(int port, const Packet& packet);
+  int FindMember(int lag, const Packet& packet);
   void Sent(int port);
 
   const Tables& tables_;
   const Records& records_;
   const View arrived_;
   Bytes& out_;
+  Way& way_;
   Story* const story_;
-  Way way_;
   unsigned hops_ = 0;         ///< 1 when the card routes the packet or looks at its labels
   bool takes_label_ = false;  ///< the outermost label was for this card
 };

@@ -5,9 +5,9 @@
 namespace softcard {
 
 Way Inject(const Tables& tables, const Records& records, int port, View frame, Bytes* out, Story* story) {
-  Walk walk(tables, records, frame, out, story);
-  walk.FromWire(port);
-  return walk.way();
+  Way way;
+  Walk(tables, records, frame, out, &way, story).FromWire(port);
+  return way;
 }
 
 void Prefetch(const Tables& tables, View frame) {
@@ -24,7 +24,8 @@ void Prefetch(const Tables& tables, View frame) {
 
 Way Send(const Tables& tables, const Records& records, unsigned destination, Carried carried, View bytes, Bytes* out,
          Story* story) {
-  Walk walk(tables, records, bytes, out, story);
+  Way way;
+  Walk walk(tables, records, bytes, out, &way, story);
   const auto parse = [&] {
     switch (carried) {
       case Carried::kLabels: return ParseLabelled(bytes);
@@ -39,7 +40,7 @@ Way Send(const Tables& tables, const Records& records, unsigned destination, Car
   } else {
     walk.Malformed("the packet is not whole");
   }
-  return walk.way();
+  return way;
 }
 
 }  // namespace softcard

@@ -18,6 +18,9 @@ class BlockPool {
   T& operator[](std::size_t index) { return items_[index]; }
   const T& operator[](std::size_t index) const { return items_[index]; }
 
+  /// Of all blocks, with those that are free.
+  std::size_t size() const { return items_.size(); }
+
   /// Puts `item` before element `at` of a block of `count` elements; gives the block's place from now on.
   uint32_t Insert(uint32_t first, unsigned count, unsigned at, const T& item) {
     const uint32_t grown = Moved(first, count, count + 1);

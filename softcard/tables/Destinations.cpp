@@ -10,6 +10,11 @@ const TableDescription kDestinationDescription = {"destinations",
                                                   {"id", Kind::kNumber},
                                                   {{"intf", Kind::kNumber}, {"egress", Kind::kNumber}}};
 
+const DestinationIdCorrelator* FindRecord(const Records& records, unsigned destination_id) {
+  const auto found = records.find(static_cast<int>(destination_id));
+  return found == records.end() ? nullptr : &found->second;
+}
+
 Row MakeRow(int destination_id, const DestinationIdCorrelator& record) {
   // Callers know the id as unsigned.
   return {&kDestinationDescription,

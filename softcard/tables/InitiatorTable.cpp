@@ -15,7 +15,7 @@ const TableDescription InitiatorTable::kDescription = {"initiators",
 
 int InitiatorTable::Set(int intf, int num_labels, const bcm_mpls_egress_label_t* labels, const IntfTable& intfs) {
   if (num_labels < 0 || num_labels > kMaxLabels || (num_labels > 0 && !labels)) return BCM_E_PARAM;
-  const LabelStack stack(labels, labels + num_labels);
+  const LabelStack stack(labels, num_labels);
   const bool good = std::all_of(stack.begin(), stack.end(), [](const bcm_mpls_egress_label_t& label) {
     return label.label <= kLastLabel && label.exp <= kLastExp;
   });
@@ -27,7 +27,7 @@ int InitiatorTable::Set(int intf, int num_labels, const bcm_mpls_egress_label_t*
 int InitiatorTable::Clear(int intf) { return Delete(intf) < 0 ? BCM_E_UNAVAIL : BCM_E_NONE; }
 
 Row MakeRow(int intf, const LabelStack& stack) {
-  return {&InitiatorTable::kDescription, calls::ToValue(intf), {stack}};
+  return {&InitiatorTable::kDescription, calls::ToValue(intf), {std::vector(stack.begin(), stack.end())}};
 }
 
 std::vector<Row> InitiatorTable::Rows() const {

@@ -9,16 +9,15 @@
 
 namespace softcard {
 
-/// An interface object, and beside it what every frame that leaves through it takes from it: a packet has no time to
-/// ask the object's functions, which consult the fault plan and write the call log.
-struct Intf : IntfObject {
-  struct Framing {
-    MacAddress mac{};
-    unsigned vlan_id = 0;
-    unsigned mtu = 0;
-  };
-  Framing framing;
+/// What every frame that leaves through an interface takes from it.
+struct Framing {
+  MacAddress mac{};
+  unsigned vlan_id = 0;
+  unsigned mtu = 0;
 };
+/// An interface object, and before it, beside the row's key, what frames take from it: a packet has no time to ask the
+/// object's functions, which consult the fault plan and write the call log.
+struct Intf : Framing, IntfObject {};
 
 /// L3 interfaces. Only `IntfManager` can write what is in an interface object, and does so in both places.
 class IntfTable : IdTable<Intf> {

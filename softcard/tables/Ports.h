@@ -19,7 +19,7 @@ class Ports {
 
   explicit Ports(const CardDescription& description);
 
-  bool Exists(int port) const { return limid(port).word != 0; }
+  bool Exists(int port) const { return port == 0 || IsEthernet(port) || IsLag(port); }
   bool IsEthernet(int port) const { return port > 0 && port <= front_ports_; }
   bool IsLag(int port) const { return port > lag_base_ && port <= lag_base_ + lags_; }
   /// "eth3", "lag2", "cpu"; the number of a port that does not exist.

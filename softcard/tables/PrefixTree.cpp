@@ -3,10 +3,9 @@
 #include <array>
 
 namespace softcard {
-namespace {
 
 /// The bits of an address that are not behind us yet, at the top of the first word.
-class Rest {
+class PrefixTree::Rest {
  public:
   Rest(IpAddress::Version version, const unsigned char* address)
       : high_(version == IpAddress::Version::k4 ? Word32(address) << 32 : Word64(address)),
@@ -14,10 +13,14 @@ class Rest {
   explicit Rest(const IpAddress& address) : Rest(address.version, address.bytes.data()) {}
 
   unsigned step() const { return static_cast<unsigned>(high_ >> 58); }
-  void Advance() {
-    high_ = high_ << 6 | low_ >> 58;
-    low_ <<= 6;
+  unsigned two_steps() const { return static_cast<unsigned>(high_ >> 52); }
+  Rest Behind(unsigned steps) const {
+    Rest rest = *this;
+    rest.high_ = high_ << 6 * steps | low_ >> (64 - 6 * steps);
+    rest.low_ = low_ << 6 * steps;
+    return rest;
   }
+  void Advance() { *this = Behind(1); }
 
  private:
   static uint64_t Word32(const unsigned char* at) {
@@ -28,6 +31,8 @@ class Rest {
   uint64_t high_;
   uint64_t low_;
 };
+
+namespace {
 
 /// How many nodes lie above the one that holds a prefix.
 unsigned DepthOf(unsigned length) { return length == 0 ? 0 : (length - 1) / 6; }
@@ -49,9 +54,13 @@ constexpr std::array<uint64_t, 32> kCovering = [] {
   return covering;
 }();
 
-constexpr unsigned kNearLevels = 3;
-
 unsigned HighestBit(uint64_t bits) { return 63U - static_cast<unsigned>(__builtin_clzll(bits)); }
+
+/// Of the prefixes in a node the longest that a step begins with, or is; 0, which is no prefix's bit, for none.
+unsigned LongestBit(const uint64_t* prefixes, unsigned step) {
+  const unsigned covering = HighestBit((prefixes[0] & kCovering[step / 2]) | 1);
+  return (prefixes[1] >> step & 1) != 0 ? 64 + step : covering;
+}
 
 /// Writes a step of an address; of the last one only the bits that there are.
 void PutStep(IpAddress* address, unsigned depth, unsigned step) {
@@ -65,34 +74,58 @@ void PutStep(IpAddress* address, unsigned depth, unsigned step) {
 }  // namespace
 
 PrefixTree::Match PrefixTree::Longest(IpAddress::Version version, const unsigned char* address) const {
-  Rest rest(version, address);
-  const Node* found = nullptr;
-  unsigned found_step = 0, found_depth = 0;
-  const Node* node = &nodes_[kRoot];
-  for (unsigned depth = 0;; ++depth) {
-    // Without a jump that depends on it: what matches is not to be foreseen.
+  const Rest rest(version, address);
+  const uint32_t jump = jumps_.empty() ? kRoot : jumps_[rest.two_steps()];
+  const Match match = jump == kRoot ? Match{0, nullptr} : LongestBelow(jump, 2, rest.Behind(2));
+  return match.value ? match : LongestBelow(kRoot, 0, rest);
+}
+
+PrefixTree::Match PrefixTree::LongestBelow(uint32_t top, unsigned top_depth, Rest rest) const {
+  struct Visited {
+    const Node* node;
+    unsigned step;
+  };
+  Visited path[kMostNodes];
+  Visited* visited = path;
+  for (const Node* node = &nodes_[top];; ++visited, rest.Advance()) {
     const unsigned step = rest.step();
-    const bool matches = ((node->prefixes[0] & kCovering[step / 2]) | (node->prefixes[1] >> step & 1)) != 0;
-    found = matches ? node : found;
-    found_step = matches ? step : found_step;
-    found_depth = matches ? depth : found_depth;
+    *visited = {node, step};
     if (!node->HasChild(step)) break;
-    node = &nodes_[node->first_child + node->ChildrenBelow(step)];
-    rest.Advance();
+    node = &nodes_[node->ChildAt(step)];
   }
-  if (!found) return {0, nullptr};
-  const bool whole = found->HasPrefix(kSteps + found_step);
-  const unsigned bit = whole ? kSteps + found_step : HighestBit(found->prefixes[0] & kCovering[found_step / 2]);
-  return {kStep * found_depth + HighestBit(bit), &ValueOf(*found, bit)};
+  // From the deepest one back: it is mostly the one that matches.
+  for (;; --visited) {
+    const unsigned bit = LongestBit(visited->node->prefixes, visited->step);
+    if (bit != 0) {
+      const unsigned depth = top_depth + static_cast<unsigned>(visited - path);
+      return {kStep * depth + HighestBit(bit), &ValueOf(*visited->node, bit)};
+    }
+    if (visited == path) return {0, nullptr};
+  }
 }
 
 void PrefixTree::Prefetch(IpAddress::Version version, const unsigned char* address) const {
-  Rest rest(version, address);
-  const Node* node = &nodes_[kRoot];
-  for (unsigned depth = 0; depth < kNearLevels && node->HasChild(rest.step()); ++depth, rest.Advance()) {
-    node = &nodes_[node->first_child + node->ChildrenBelow(rest.step())];
+  if (jumps_.empty()) return;
+  const Rest rest(version, address);
+  const uint32_t jump = jumps_[rest.two_steps()];
+  const unsigned step = rest.Behind(2).step();
+  const Node& node = nodes_[jump];
+  if (jump != kRoot && node.HasChild(step)) __builtin_prefetch(&nodes_[node.ChildAt(step)]);
+}
+
+void PrefixTree::MakeJumps() {
+  jumps_.resize(std::size_t{kSteps} * kSteps, kRoot);
+  for (unsigned step = 0; step < kSteps; ++step) {
+    if (nodes_[kRoot].HasChild(step)) WriteJumps(step);
   }
-  __builtin_prefetch(node);
+}
+
+void PrefixTree::WriteJumps(unsigned first_step) {
+  const Node& node = nodes_[nodes_[kRoot].ChildAt(first_step)];
+  uint32_t child = node.first_child;
+  for (unsigned step = 0; step < kSteps; ++step) {
+    jumps_[first_step * kSteps + step] = node.HasChild(step) ? child++ : kRoot;
+  }
 }
 
 bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {
@@ -105,6 +138,7 @@ bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {
       const uint32_t first = nodes_.Insert(nodes_[index].first_child, Count(nodes_[index].children), at, Node());
       nodes_[index].first_child = first;
       nodes_[index].children |= uint64_t{1} << step;
+      if (depth == 1 && !jumps_.empty()) WriteJumps(Rest(prefix.address).step());
     }
     index = nodes_[index].first_child + at;
     rest.Advance();
@@ -123,6 +157,7 @@ bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {
     node.first_value = values_.Insert(node.first_value, count, node.PrefixesBelow(bit), value);
   }
   node.FlipPrefix(bit);
+  if (jumps_.empty() && nodes_.size() >= kLarge) MakeJumps();
   return true;
 }
 
@@ -131,7 +166,7 @@ const uint32_t* PrefixTree::Find(const Prefix& prefix) const {
   const Node* node = &nodes_[kRoot];
   for (unsigned depth = 0; depth < DepthOf(prefix.length); ++depth) {
     if (!node->HasChild(rest.step())) return nullptr;
-    node = &nodes_[node->first_child + node->ChildrenBelow(rest.step())];
+    node = &nodes_[node->ChildAt(rest.step())];
     rest.Advance();
   }
   const unsigned bit = BitOf(prefix.length, rest.step());
@@ -144,13 +179,13 @@ bool PrefixTree::Delete(const Prefix& prefix) {
     uint32_t index;
     unsigned step;
   };
-  std::array<Visited, 128 / kStep + 1> path{};  // from the root to the node that holds the prefix
+  std::array<Visited, kMostNodes> path{};  // from the root to the node that holds the prefix
   Rest rest(prefix.address);
   const unsigned deepest = DepthOf(prefix.length);
   path[0] = {kRoot, rest.step()};
   for (unsigned depth = 0; depth < deepest; ++depth) {
     const Node& node = nodes_[path[depth].index];
-    const uint32_t child = node.first_child + node.ChildrenBelow(rest.step());
+    const uint32_t child = node.ChildAt(rest.step());
     rest.Advance();
     path[depth + 1] = {child, rest.step()};
   }
@@ -172,6 +207,7 @@ bool PrefixTree::Delete(const Prefix& prefix) {
     const uint32_t first = nodes_.Erase(parent.first_child, Count(parent.children), parent.ChildrenBelow(above.step));
     nodes_[above.index].first_child = first;
     nodes_[above.index].children ^= uint64_t{1} << above.step;
+    if (depth == 2 && !jumps_.empty()) WriteJumps(path[0].step);
   }
   return true;
 }
@@ -195,7 +231,7 @@ void PrefixTree::Visit(uint32_t index, unsigned depth, IpAddress* address, const
         visit({*address, kStep * depth + length}, ValueOf(node, bit));
       }
     }
-    if (node.HasChild(step)) Visit(node.first_child + node.ChildrenBelow(step), depth + 1, address, visit);
+    if (node.HasChild(step)) Visit(node.ChildAt(step), depth + 1, address, visit);
   }
   PutStep(address, depth, 0);
 }

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <vector>
 
 #include "softcard/tables/BlockPool.h"
 #include "softcard/tables/Prefix.h"
@@ -13,8 +14,8 @@ namespace softcard {
 ///
 /// A node stands for six bits of the address, its "step". Bit 2^l + p of its `prefixes` says that the prefix which goes
 /// on for l bits, of value p, is there; bit n of its `children`, that there are longer ones behind the step n. Children
-/// and numbers lie side by side in their order, so that counting the bits below gives the place. A copy has everything
-/// of its own.
+/// and numbers lie side by side in their order, so that counting the bits below gives the place. In a large tree, where
+/// nearly every address has them, the first two steps are one look in a table. A copy has everything of its own.
 class PrefixTree {
  public:
   struct Match {
@@ -35,8 +36,8 @@ class PrefixTree {
 
   /// The longest prefix of an address of this version, in network byte order.
   Match Longest(IpAddress::Version version, const unsigned char* address) const;
-  /// Has the memory fetched that Longest will wait for: the first levels of a large tree stay near the processor, those
-  /// below do not.
+  /// Has the memory fetched that Longest will wait for: the first levels of a large tree stay near the processor, the
+  /// one below does not.
   void Prefetch(IpAddress::Version version, const unsigned char* address) const;
 
   /// Tells every prefix, in the order of the addresses, the shorter of two that begin alike first.
@@ -46,6 +47,10 @@ class PrefixTree {
  private:
   static constexpr unsigned kStep = 6;
   static constexpr unsigned kSteps = 1U << kStep;
+  static constexpr unsigned kMostNodes = 128 / kStep + 1;  ///< on a way down
+  static constexpr std::size_t kLarge = 4096;  ///< in nodes: it takes eight times as much memory as the jumps
+
+  class Rest;
 
   struct alignas(32) Node {
     uint64_t prefixes[2] = {0, 0};  ///< of the second word each bit is a whole step
@@ -56,6 +61,7 @@ class PrefixTree {
     bool IsEmpty() const { return (prefixes[0] | prefixes[1] | children) == 0; }
     bool HasChild(unsigned step) const { return (children >> step & 1) != 0; }
     unsigned ChildrenBelow(unsigned step) const { return Count(children & ((uint64_t{1} << step) - 1)); }
+    uint32_t ChildAt(unsigned step) const { return first_child + ChildrenBelow(step); }
     bool HasPrefix(unsigned bit) const { return (prefixes[bit / 64] >> bit % 64 & 1) != 0; }
     void FlipPrefix(unsigned bit) { prefixes[bit / 64] ^= uint64_t{1} << bit % 64; }
     unsigned PrefixesBelow(unsigned bit) const {
@@ -83,10 +89,19 @@ class PrefixTree {
     return node.HasOnePrefix() ? node.first_value : values_[node.first_value + node.PrefixesBelow(bit)];
   }
 
+  /// The longest prefix of an address in the node `top`, at this depth, and those below it.
+  Match LongestBelow(uint32_t top, unsigned top_depth, Rest rest) const;
+
+  /// Begins to keep the nodes that two steps lead to.
+  void MakeJumps();
+  /// Writes those behind a first step, whose node has got other children.
+  void WriteJumps(unsigned first_step);
+
   void Visit(uint32_t index, unsigned depth, IpAddress* address, const Visitor& visit) const;
 
   BlockPool<Node> nodes_;
   BlockPool<uint32_t> values_;
+  std::vector<uint32_t> jumps_;  ///< by the first two steps the node there, or the root; empty while the tree is small
 };
 
 }  // namespace softcard

@@ -1,5 +1,5 @@
 // What the software card makes of a large card: a destination's life at a thousand and at a million others, memory, and
-// packets. Prints a number a line: "card host install 1000 812.0" is nanoseconds per request.
+// packets a second of processor time. Prints a number a line: "card host install 1000 812.0" is nanoseconds a request.
 
 #include <malloc.h>
 
@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <iostream>
 #include <numeric>
 #include <random>
@@ -90,17 +91,17 @@ void MeasurePackets() {
                                                               HAL_ACTION_NONE) == 0,
          "the tunnel");
   const softcard::Card& card = softcard::Card::Get();
-  const softcard::Bytes ip = {0x45, 0, 0, 20, 0, 0, 0, 0, 63, 17, 0x3f, 0xa3, 192, 0, 2, 1, 198, 51, 100, 1};
+  const softcard::Bytes ip = {0x45, 0, 0, 20, 0, 0, 0, 0, 63, 17, 0x8f, 0xa3, 192, 0, 2, 1, 198, 51, 100, 1};
   softcard::Bytes frame;
-  const auto start = Clock::now();
+  const std::clock_t start = std::clock();
   for (unsigned int i = 0; i < kPackets; ++i) {
     softcard::StoryLines story(card.tables().ports);
     const auto way = softcard::Send(card.tables(), card.common().destination_id_correlators, 2, softcard::Carried::kIp,
                                     ip, &frame, &story);
     Expect(way.fate == softcard::Way::Fate::kSent, "sending a packet");
   }
-  const std::chrono::duration<double> spent = Clock::now() - start;
-  std::printf("card packets-per-second %.0f\n", kPackets / spent.count());
+  const double seconds = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+  std::printf("card packets-per-second %.0f\n", kPackets / seconds);
 }
 
 }  // namespace

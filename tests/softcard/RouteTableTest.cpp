@@ -178,4 +178,64 @@ TEST(RouteTableTest, AnyOrderOfChangesGivesWhatAListWouldAndACopyStaysAsItWas) {
   }
 }
 
+/// Prefixes of at most 32 bits by length and value, asked length by length: enough for a table of thousands.
+struct ByLength {
+  std::map<std::pair<unsigned int, uint32_t>, unsigned int> rows;
+
+  static uint32_t Kept(uint32_t word, unsigned int length) {
+    return length == 0 ? 0 : word & ~uint32_t{0} << (32 - length);
+  }
+
+  std::string Found(uint32_t word) const {
+    for (unsigned int length = 33; length-- > 0;) {
+      const auto row = rows.find({length, Kept(word, length)});
+      if (row != rows.end()) return std::to_string(length) + ": " + std::to_string(row->second);
+    }
+    return "none";
+  }
+};
+
+TEST(RouteTableTest, ATableThatGrowsLargeAndShrinksAndGrowsAgainGivesWhatAListWould) {
+  std::seed_seq seed{12};
+  std::mt19937 random(seed);
+  for (const Version version : {Version::k4, Version::k6}) {
+    RouteTable routes(100000);
+    ByLength list;
+    // In the other version, so that the VRF's trees stay when this one is empty.
+    ASSERT_EQ(routes.Set(1, version == Version::k4 ? Of("::", 0) : Of("0.0.0.0", 0), 1), BCM_E_NONE);
+    const auto address_of = [&](uint32_t word) {
+      IpAddress address;
+      address.version = version;
+      for (unsigned int i = 0; i < 4; ++i) address.bytes[i] = static_cast<unsigned char>(word >> (24 - 8 * i));
+      return address;
+    };
+    for (const int inserts_of_ten : {10, 0, 7}) {
+      for (unsigned int change = 0; change < 8000; ++change) {
+        uint32_t word = static_cast<uint32_t>(random());
+        if (static_cast<int>(random() % 10) < inserts_of_ten) {
+          const unsigned int length = 10 + static_cast<unsigned int>(random() % 23);
+          ASSERT_EQ(routes.Set(1, Prefix::Around(address_of(word), length), change), BCM_E_NONE);
+          list.rows[{length, ByLength::Kept(word, length)}] = change;
+        } else if (!list.rows.empty()) {
+          auto row = list.rows.lower_bound({10 + random() % 23, word});
+          if (row == list.rows.end()) row = list.rows.begin();
+          word = row->first.second;
+          ASSERT_EQ(routes.Delete(1, {address_of(word), row->first.first}), BCM_E_NONE);
+          list.rows.erase(row);
+        }
+        for (const uint32_t asked : {word, word ^ 0x00100000, word ^ 1, static_cast<uint32_t>(random())}) {
+          const auto route = routes.Find(1, version, address_of(asked).bytes.data());
+          const std::string found =
+              route.value ? std::to_string(route.length) + ": " + std::to_string(*route.value) : "none";
+          ASSERT_EQ(found, list.Found(asked)) << std::hex << asked << " after " << change << " changes";
+          routes.Prefetch(1, version, address_of(asked).bytes.data());
+        }
+      }
+      if (inserts_of_ten == 0) {
+        EXPECT_EQ(routes.count(), 1U);
+      }
+    }
+  }
+}
+
 }  // namespace
