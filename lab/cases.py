@@ -19,6 +19,8 @@ class Case:
     to: tuple = (B_V4, B_V6)  # A's packets go
     pseudowires: tuple = ()  # labels with a frame below
     only: str = ""  # what a switch needs to have for this case
+    hosts: tuple = ()  # ports whose other side is the route processor's
+    prepare: typing.Callable = lambda card: None  # before anything is captured
 
     traffic: typing.Callable = exchange  # of the case, the card and the switch; gives what to tell
     bite: str = ""  # what has to be found wrong, a pattern

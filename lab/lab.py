@@ -18,6 +18,7 @@ from cases import BITES, CASES
 from changes import CHANGES
 from mpls_kernel import MplsKernel
 from namespaces import Failure, prepare
+from neighbours import NEIGHBOURS
 from openvswitch import OpenVSwitch
 from speed import speed
 from story import story
@@ -50,8 +51,9 @@ class Lab:
         switch.clear()
         case.switch(switch)
         switch.ready()
-        card = Card(self.softcard, case.path)
+        card = Card(self.softcard, case.path, hosts=case.hosts)
         try:
+            case.prepare(card)
             capture = Capture(f"{switch.short_name}-{case.name}".replace(" ", "-"), case.pseudowires)
             try:
                 told = case.traffic(case, card, switch)
@@ -99,7 +101,7 @@ def main():
     parser.add_argument("--switch", choices=SWITCHES, default="ovs", help="the foreign switch")
     parser.add_argument("cases", nargs="*", metavar="CASE", help="only cases whose name has this in it")
     arguments = parser.parse_args()
-    cases = [case for case in CASES + CHANGES + BITES if any(text in case.name for text in arguments.cases or [""])]
+    cases = [case for case in CASES + NEIGHBOURS + CHANGES + BITES if any(text in case.name for text in arguments.cases or [""])]
     if not cases:
         parser.error(f"no case has {' or '.join(arguments.cases)} in its name")
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
