@@ -101,7 +101,8 @@ def main():
     parser.add_argument("--switch", choices=SWITCHES, default="ovs", help="the foreign switch")
     parser.add_argument("cases", nargs="*", metavar="CASE", help="only cases whose name has this in it")
     arguments = parser.parse_args()
-    cases = [case for case in CASES + NEIGHBOURS + CHANGES + BITES if any(text in case.name for text in arguments.cases or [""])]
+    cases = [case for case in CASES + NEIGHBOURS + CHANGES + BITES
+             if any(text in case.name for text in arguments.cases or [""])]
     if not cases:
         parser.error(f"no case has {' or '.join(arguments.cases)} in its name")
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
