@@ -9,9 +9,10 @@ from topology import NATIVE_VLANS, PEER_LINKS
 class Card:
     socket = FOLDER / "card.sock"
 
-    def __init__(self, softcard, scenario, ports=("eth1", *PEER_LINKS)):
+    def __init__(self, softcard, scenario, ports=("eth1", *PEER_LINKS), hosts=()):
         self.softcard = softcard
         bindings = [word for port in ports for word in ("--port", f"{port}={port}")]
+        bindings += [word for port in hosts for word in ("--host", f"{port}={port.replace('eth', 'host')}")]
         self.output = (FOLDER / "card.log").open("w+")
         self.process = start(softcard, "serve", scenario, *bindings, "--control", self.socket, namespace="card",
                              stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=self.output, text=True)

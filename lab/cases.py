@@ -19,6 +19,8 @@ class Case:
     to: tuple = (B_V4, B_V6)  # A's packets go
     pseudowires: tuple = ()  # labels with a frame below
     only: str = ""  # what a switch needs to have for this case
+    hosts: tuple = ()  # ports whose other side is the route processor's
+    prepare: typing.Callable = lambda card: None  # before anything is captured
 
     traffic: typing.Callable = exchange  # of the case, the card and the switch; gives what to tell
     bite: str = ""  # what has to be found wrong, a pattern
@@ -50,6 +52,13 @@ def hairpin(switch, out_labels):
     switch.to_a("eth2", [500])
 
 
+def outer_hairpin(switch):
+    """The switch sends back what the card sends with label 200 above another, the card sends that one on."""
+    switch.swap_outer("eth2", 200, 17, "eth3")
+    switch.to_b("eth4", [16])
+    switch.to_a("eth2", [500])
+
+
 def paths(*ways):
     """A switch that does these: (its method, arguments...)."""
     return lambda switch: [getattr(switch, method)(*arguments) for method, *arguments in ways]
@@ -70,6 +79,9 @@ CASES = [
           out("eth4", [(300, 255), (18, 253)]), *BACK_LABEL]),
     Case("forward", "scenarios/forward", paths(("to_b", "eth2"), ("to_a", "eth2", [500])),
          [FROM_A, out("eth2"), *BACK_LABEL]),
+    Case("forward of labels in labels", "scenarios/forward-labels", outer_hairpin,
+         [FROM_A, out("eth2", [(200, 255), (16, 255)]), stretch("eth3", "in", "B", 63, [(17, 254), (16, 255)]),
+          out("eth4", [(16, 253)]), *BACK_LABEL]),
     Case("push over a LAG", "scenarios/lag",
          paths(("to_b", "eth2", [100]), ("to_b", "eth3", [100]), ("to_a", "eth3", [500])),
          [FROM_A, out("eth2", [(100, 255)]), out("eth3", [(100, 255)]), stretch("eth3", "in", "A", 63, [(500, 255)]),

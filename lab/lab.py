@@ -1,4 +1,4 @@
-"""Host A, the software card, a foreign MPLS switch and host B: every case with every switch, a line each.
+"""Host A, the software card, a foreign MPLS switch and host B: every case with one switch, a line each.
 
 Runs in namespaces of its own, which scripts/lab makes: it begins there as the first process.
 """
@@ -18,16 +18,18 @@ from cases import BITES, CASES
 from changes import CHANGES
 from mpls_kernel import MplsKernel
 from namespaces import Failure, prepare
+from neighbours import NEIGHBOURS
 from openvswitch import OpenVSwitch
 from speed import speed
 from story import story
 from traffic import Echo, settle
 
+SWITCHES = {make.short_name: make for make in (OpenVSwitch, MplsKernel)}
 LINES = 30  # of what is wrong in a case, at most
 
 
 class Lab:
-    """Runs cases with one switch after the other. Captures are judged while the next case runs already."""
+    """Runs cases one after the other. Captures are judged while the next case runs already."""
 
     def __init__(self, softcard, keep):
         self.softcard = softcard
@@ -49,8 +51,9 @@ class Lab:
         switch.clear()
         case.switch(switch)
         switch.ready()
-        card = Card(self.softcard, case.path)
+        card = Card(self.softcard, case.path, hosts=case.hosts)
         try:
+            case.prepare(card)
             capture = Capture(f"{switch.short_name}-{case.name}".replace(" ", "-"), case.pseudowires)
             try:
                 told = case.traffic(case, card, switch)
@@ -95,9 +98,13 @@ def main():
     parser.add_argument("--softcard", type=pathlib.Path, required=True, help="the command")
     parser.add_argument("--keep", type=pathlib.Path, help="a folder for the captures of failed cases")
     parser.add_argument("--speed", action="store_true", help="frames a second, instead of cases")
-    parser.add_argument("--switch", choices=("ovs", "kernel"), help="only this one")
+    parser.add_argument("--switch", choices=SWITCHES, default="ovs", help="the foreign switch")
     parser.add_argument("cases", nargs="*", metavar="CASE", help="only cases whose name has this in it")
     arguments = parser.parse_args()
+    cases = [case for case in CASES + NEIGHBOURS + CHANGES + BITES
+             if any(text in case.name for text in arguments.cases or [""])]
+    if not cases:
+        parser.error(f"no case has {' or '.join(arguments.cases)} in its name")
     signal.signal(signal.SIGTERM, lambda *_: sys.exit(143))
     begin = time.monotonic()
     prepare()
@@ -106,19 +113,16 @@ def main():
     topology.build()
     lab = Lab(arguments.softcard, arguments.keep)
     Echo()
-    for make in (OpenVSwitch, MplsKernel):
-        if arguments.switch not in (None, make.short_name):
-            continue
-        switch = make()
-        try:
-            for case in CASES + CHANGES + BITES:
-                if any(text in case.name for text in arguments.cases or [""]) and getattr(switch, case.only or "name"):
-                    lab.run(switch, case)
-            lab.finish()
-        finally:
-            switch.stop()
-    print(f"{lab.done} cases, {lab.failed} failed, {time.monotonic() - begin:.0f} s")
-    return 1 if lab.failed or not lab.done else 0
+    switch = SWITCHES[arguments.switch]()
+    try:
+        for case in cases:
+            if getattr(switch, case.only or "name"):
+                lab.run(switch, case)
+        lab.finish()
+    finally:
+        switch.stop()
+    print(f"{switch.name}: {lab.done} cases, {lab.failed} failed, {time.monotonic() - begin:.0f} s")
+    return 1 if lab.failed else 0
 
 
 sys.exit(main())

@@ -66,8 +66,12 @@ class MplsKernel:
         """What the card sends with this label comes back to another port of it with the new one."""
         for version in (4, 6):
             (old,), (new,) = of_version(version, [label]), of_version(version, [new_label])
-            self.routes.append(f"-f mpls route replace {old} as {new} via inet {self.card_v4(new_port)} "
-                               f"dev {LINKS[new_port][0]}")
+            self.swap_outer(port, old, new, new_port)
+
+    def swap_outer(self, port, label, new_label, new_port):
+        """The same where another label may lie below."""
+        self.routes.append(f"-f mpls route replace {label} as {new_label} via inet {self.card_v4(new_port)} "
+                           f"dev {LINKS[new_port][0]}")
 
     def story(self, port, frame):
         """What the kernel has counted where the frame came in."""

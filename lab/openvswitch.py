@@ -107,6 +107,11 @@ class OpenVSwitch:
             self.flow(f"{from_card(port)},dl_type=0x8847,mpls_bos=1,mpls_label={old}",
                       "dec_mpls_ttl", f"set_field:{new}->mpls_label", *addressed(PORTS[new_port], CARD_TO_PEER))
 
+    def swap_outer(self, port, label, new_label, new_port):
+        """The same where another label lies below."""
+        self.flow(f"{from_card(port)},dl_type=0x8847,mpls_bos=0,mpls_label={label}",
+                  "dec_mpls_ttl", f"set_field:{new_label}->mpls_label", *addressed(PORTS[new_port], CARD_TO_PEER))
+
     def end_pseudowire(self, port, label, label_back):
         """Frames below the one label are B's; B's come back below the other one."""
         self.flow(f"{from_card(port)},dl_type=0x8847,mpls_bos=1,mpls_label={label}", "decap()",

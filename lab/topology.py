@@ -11,6 +11,7 @@ MORE_OF_B = ("198.51.100.2", "198.51.100.3", "2001:db8:b::2", "2001:db8:b::3")
 # Where a virtual circuit makes one network of both: further addresses of A and of B.
 BRIDGED_A_V4, BRIDGED_A_V6 = "198.18.0.1", "2001:db8:c::1"
 BRIDGED_B_V4, BRIDGED_B_V6 = "198.18.0.2", "2001:db8:c::2"
+GATEWAYS_OF_A = "192.0.2.254", "2001:db8:a::fe"
 CARD_TO_A, CARD_TO_PEER = "00:00:5e:00:01:01", "00:00:5e:00:01:02"
 # The switch's ends of the links to the card, by the card's ports, and of the one to B.
 PEER_LINKS = {"eth2": "peer2", "eth3": "peer3", "eth4": "peer4"}
@@ -31,13 +32,17 @@ def version_of(address):
 
 
 def build():
-    for name in ("a", "card", "peer", "b"):
+    for name in ("a", "card", "processor", "peer", "b"):
         add_namespace(name)
     link(("a", "a0"), ("card", "eth1"), LINK_MTU)
     for port, interface in PEER_LINKS.items():
         link(("card", port), ("peer", interface), LINK_MTU)
     link(("peer", PEER_TO_B), ("b", "b0"), LINK_MTU)
-    host("a", "a0", A_MAC, A_V4, A_V6, "192.0.2.254", "2001:db8:a::fe", CARD_TO_A)
+    # The route processor's side of eth1.
+    link(("card", "host1"), ("processor", "cpu1"), LINK_MTU)
+    ip("processor", "link set cpu1 down", f"link set cpu1 address {CARD_TO_A}", "link set cpu1 up",
+       f"addr add {GATEWAYS_OF_A[0]}/24 dev cpu1", f"addr add {GATEWAYS_OF_A[1]}/64 dev cpu1 nodad")
+    host("a", "a0", A_MAC, A_V4, A_V6, *GATEWAYS_OF_A, CARD_TO_A)
     host("b", "b0", B_MAC, B_V4, B_V6, "198.51.100.254", "2001:db8:b::fe", PEER_TO_B_MAC)
     ip("b", *(f"addr add {address}/{64 if version_of(address) == 6 else 24} dev b0" for address in MORE_OF_B))
     bridged("a", "a0", BRIDGED_A_V4, BRIDGED_A_V6, BRIDGED_B_V4, BRIDGED_B_V6, B_MAC)

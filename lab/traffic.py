@@ -9,6 +9,7 @@ from topology import HOST_MTU, version_of
 
 STREAM = pathlib.Path(__file__).with_name("stream.py")
 FLOW_SECONDS = 10  # without a byte, after which a flow is given up
+LASTING_FLOW_SECONDS = 30  # the same of one that waits for a switch: TCP tries less and less often
 PINGS = 3
 MEGABYTE = 1 << 20
 FLOWS_BYTES = 2 * MEGABYTE  # of TCP in a case, each way
@@ -70,7 +71,8 @@ class LastingFlow:
 
     def __init__(self, address):
         self.address = address
-        self.process = subprocess.Popen([*inside("a"), "python3", "-B", STREAM, address, "0", str(FLOW_SECONDS)],
+        self.process = subprocess.Popen([*inside("a"), "python3", "-B", STREAM, address, "0",
+                                         str(LASTING_FLOW_SECONDS)],
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         first = self.process.stdout.readline()
         if first != "flowing\n":
@@ -79,7 +81,7 @@ class LastingFlow:
     def end(self):
         """What it tells. A failure when it has not lived to its end."""
         try:
-            printed, _ = self.process.communicate(timeout=2 * FLOW_SECONDS)
+            printed, _ = self.process.communicate(timeout=2 * LASTING_FLOW_SECONDS)
         except subprocess.TimeoutExpired:
             self.process.kill()
             raise Failure(f"TCP to {self.address} does not end") from None

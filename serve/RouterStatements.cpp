@@ -7,6 +7,7 @@
 #include "scenario/SyntaxError.h"
 #include "scenario/Values.h"
 #include "serve/Statements.h"
+#include "softcard/Limits.h"
 
 namespace serve {
 namespace {
@@ -20,7 +21,6 @@ using scenario::Surroundings;
 using scenario::SyntaxError;
 using scenario::Token;
 
-constexpr long long kLastVlan = 4094;
 
 /// A statement about the control plane that the card has.
 template <typename Work>
@@ -43,7 +43,7 @@ unsigned ToIfindex(const Fields& fields) {
 router::InterfaceValues ReadInterface(const Fields& fields, const softcard::CardDescription& card) {
   router::InterfaceValues values;
   values.port = scenario::ToLimId(*fields.Find("lim"), card);
-  const long long vlan_id = scenario::ToNumber(*fields.Find("vlan"), "VLAN", 1, kLastVlan);
+  const long long vlan_id = scenario::ToNumber(*fields.Find("vlan"), "VLAN", 1, softcard::kLastVlan);
   values.vlan = softcard::LimId("vlan" + std::to_string(vlan_id));
   values.vrf = scenario::ToUnsigned(*fields.Find("vrf"), "VRF");
   values.mtu = scenario::ToUnsigned(*fields.Find("mtu"), "MTU");

@@ -2,6 +2,7 @@
 
 #include "scenario/Run.h"
 #include "scenario/Values.h"
+#include "softcard/Limits.h"
 
 namespace serve {
 namespace {
@@ -12,7 +13,6 @@ using scenario::RequestResult;
 using scenario::Run;
 using scenario::Surroundings;
 
-constexpr long long kLastVlan = 4094;
 constexpr int kNoSuchPort = -18;
 
 template <typename Write>
@@ -34,7 +34,7 @@ void AddStatements(scenario::Language& language, Living& living) {
   language.Add("native", "PORT vlan=VLAN", "A VLAN travels without a tag on the port's interface, under softcard serve",
                Kind::kRequest, [&natives](const Fields& fields, const Surroundings& around) {
                  const auto vlan_id =
-                     static_cast<unsigned>(scenario::ToNumber(*fields.Find("vlan"), "VLAN", 1, kLastVlan));
+                     static_cast<unsigned>(scenario::ToNumber(*fields.Find("vlan"), "VLAN", 1, softcard::kLastVlan));
                  return Writes(scenario::ToLimId(fields.words()[0], around.card),
                                [&natives, vlan_id](int port) { natives[port] = vlan_id; });
                });

@@ -24,6 +24,8 @@
 namespace console {
 namespace {
 
+constexpr std::size_t kIdleRequests = 10'000;  // remembered, although nothing on the card is theirs
+
 struct ServeOptions {
   std::vector<std::string> paths;
   std::vector<std::string> definitions;
@@ -108,6 +110,7 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   const auto formats = MakeFormats();
   const auto say = [](const std::string& what) { std::cerr << "softcard: " << what << '\n'; };
   CardChanges changes;
+  console.ledger = diagnosis::Ledger(kIdleRequests);
   scenario::Session session(console.language, console.card, {}, {&console.ledger, &changes});
   const serve::SessionModule module(session, console.living.in_statement);
   std::optional<router::Router> router;

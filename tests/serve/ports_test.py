@@ -20,7 +20,7 @@ install-vlan 10 lim=vlan100 vrf=1 mtu=9000 mac=00:00:5e:00:01:01
 install-mpls 20 vlan=10 lim=eth2 mac=00:00:5e:00:02:01 labels=100,200 caps=push
 install-host 30 vlan=10 lim=eth1 mac=02:00:00:00:00:09
 install-host 31 vlan=10 lim=eth1 mac=02:00:00:00:00:09 actions=cpu
-install-host 32 vlan=10 lim=eth2 mac=00:00:5e:00:01:01
+install-host 32 vlan=10 lim=eth3 mac=00:00:5e:00:01:01
 install-host 33 vlan=10 lim=eth9 mac=02:00:00:00:00:09
 route 1 198.51.100.0/24 20
 route 1 192.0.2.0/24 30
@@ -32,7 +32,7 @@ native eth1 vlan=100
 """
 
 ip("link", "set", "lo", "up")
-for pair in (("wire-a", "a-card"), ("wire-b", "b-card"), ("wire-h", "h-card")):
+for pair in (("wire-a", "a-card"), ("wire-b", "b-card"), ("wire-h", "h-card"), ("loop", "loop-end")):
     make(*pair)
 a, b, h = Wire("wire-a"), Wire("wire-b"), Wire("wire-h")
 
@@ -53,7 +53,8 @@ refuses("has a side towards the processor already", "--port", "eth1=a-card", "--
         "eth1=b-card")
 refuses("takes PORT=INTERFACE", "--port", "eth1")
 
-card = Card(program, folder, SCENARIO, "--port", "eth1=a-card", "--port", "eth2=b-card", "--host", "eth1=h-card")
+card = Card(program, folder, SCENARIO, "--port", "eth1=a-card", "--port", "eth2=b-card", "--host", "eth1=h-card",
+            "--port", "eth3=loop", "--port", "eth4=loop-end")
 
 # From an untagged port into a tunnel of two labels.
 a.send(plain(packet("192.0.2.9", "198.51.100.7")))
@@ -99,20 +100,28 @@ until(lambda: card.counters().get("drop not-routed") == 1, "a drop that is count
 a.send(plain(packet("192.0.2.9", "11.0.0.1")))
 until(lambda: card.interfaces().get("ports without one", {}).get("lost") == 1, "a frame that is counted as lost")
 
-# A loop ends by TTL: what leaves by eth2 for the router itself comes back.
-before = card.interfaces()["eth2"]["sent"]
-a.send(plain(packet("192.0.2.9", "10.0.0.1", ttl=20)))
-for _ in range(18):
-    b.send(b.receive())
-assert b.receive()[26:28] == bytes((1, 17)), "a TTL of 1"
-b.send(tagged(100, packet("192.0.2.9", "10.0.0.1", ttl=1)))
+# A loop of two ports ends by TTL, each round of it counted.
+a.send(plain(packet("192.0.2.9", "10.0.0.1", ttl=64)))
 until(lambda: card.counters().get("drop ttl") == 1, "a packet that is too old")
-assert card.interfaces()["eth2"]["sent"] == before + 19
+assert card.interfaces()["eth3"]["sent"] == card.interfaces()["eth4"]["received"] == 63
 
-# A flood for the processor does not keep the clients out.
+# A frame that is longer than what it would leave by takes.
+ip("link", "set", "b-card", "mtu", "1500")
+time.sleep(0.5)
+a.send(plain(packet("192.0.2.9", "198.51.100.7", size=8900)))
+until(lambda: card.interfaces()["eth2"]["lost"] == 1, "a frame that is counted as lost")
+ip("link", "set", "b-card", "mtu", "9000")
+
+# A flood for the processor does not keep the clients out; what was read of it has gone there, or is counted as lost.
+before = card.interfaces()
 for _ in range(20000):
     a.send(plain(bytes(46), kind=0x0806))
 assert card.ask("show vrfs")["step"] == "tables"
+until(lambda: sum(card.interfaces()["eth1"][count] - before["eth1"][count] for count in ("received", "missed")) == 20000,
+      "a flood that is counted")
+after = card.interfaces()
+assert (after["eth1"]["received"] - before["eth1"]["received"] ==
+        sum(after["eth1 host"][count] - before["eth1 host"][count] for count in ("sent", "lost"))), (before, after)
 
 # Down, up, gone, and here again: told and counted, and the card lives on.
 ip("link", "set", "wire-a", "down")
