@@ -31,13 +31,12 @@ class Frr:
         self.guest.tell(f"{DAEMONS}/{daemon} -d {options} --vty_socket {SOCKETS} -z {SOCKETS}/zserv "
                         f"-i {SOCKETS}/{daemon}.pid -f {path} -P 0 --log file:{self.folder}/{daemon}.log")
 
-    def restart(self):
-        """Ends all daemons without a word and starts them anew, as is done when zebra dies: the others do not tell a new
-        one what they told the old one."""
-        for daemon in self.options:
-            self.kill(daemon)
-        for daemon in self.options:
-            self.start(daemon)
+    def restart(self, *daemons):
+        """Ends daemons without a word and starts them anew; without names all, as is done when zebra dies: the others do
+        not tell a new one what they told the old one."""
+        for do in (self.kill, self.start):
+            for daemon in daemons or self.options:
+                do(daemon)
 
     def kill(self, daemon, signal="KILL"):
         self.guest.tell(f"kill -{signal} $(cat {SOCKETS}/{daemon}.pid)")

@@ -109,7 +109,7 @@ def ospf(loopback, costs):
 
 
 def ldp(loopback, interfaces):
-    return ["mpls ldp", f"router-id {loopback}", "address-family ipv4", f"discovery transport-address {loopback}",
+    return ["mpls ldp", f"router-id {loopback}", "discovery hello interval 1", "address-family ipv4", f"discovery transport-address {loopback}",
             *(f"interface {interface}" for interface in interfaces)]
 
 

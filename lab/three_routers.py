@@ -16,7 +16,7 @@ from namespaces import FOLDER, Failure, ip, link, run, start, stop, wait_for
 from routers import (AS, PORTS, Router, bgp, build_processor, ldp, ospf, processor, run_all,
                      start_card)
 from topology import B_V4, LINK_MTU, PEER_TO_B_MAC
-from traffic import Echo, LastingFlow, exchange
+from traffic import Echo, LastingFlow, LastingPings, exchange
 
 R1, R2, R3 = "10.0.0.1", "10.0.0.2", "10.0.0.3"
 A_EDGE, A_PEER = "203.0.113.30", "203.0.113.17"  # of the card's router and of A on their link
@@ -26,6 +26,7 @@ A_NETWORK, B_NETWORK = "192.0.2.0/24", "198.51.100.0/24"
 
 
 VRFS = {"default": 0}
+FLOW_SECONDS = 30  # of silence: what protocols take, and TCP's ever longer waiting then
 
 
 class ToB:
@@ -134,28 +135,25 @@ class Routers:
 
     def under_tcp(self, *events):
         """What a flow has to tell of events, each of which gives what it has to tell."""
-        flow = LastingFlow(B_V4)
+        flow, pings = LastingFlow(B_V4, FLOW_SECONDS), LastingPings(B_V4)
         told = [event() for event in events]
-        return f"{', '.join(told)}; {told_of(flow.end())}"
+        return f"{', '.join(told)}; packets were away for {pings.end():.1f} s; {told_of(flow.end())}"
 
     def link_down(self):
         """The first link is silent: nobody tells the routers, who have to notice."""
         ip("card", "link set eth2 down")
-        return self.timed("on the other link", lambda: self.agreed(SECOND_LINK))
+        return self.timed("agreed on the other link", lambda: self.agreed(SECOND_LINK))
 
     def link_up(self):
         ip("card", "link set eth2 up")
-        return self.timed("back", self.agreed)
+        return self.timed("agreed on the first again", self.agreed)
 
     def restart_frr(self):
-        self.r1.frr.restart()
-        return self.timed("all was told again", self.agreed)
+        return self.timed("all was told again", self.r1.frr.restart, self.agreed)
 
     def restart_ldp(self):
         """The neighbour's labels go and come."""
-        self.r2.frr.kill("ldpd")
-        self.r2.frr.start("ldpd")
-        return self.timed("labels again", self.agreed)
+        return self.timed("labels again", lambda: self.r2.frr.restart("ldpd"), self.agreed)
 
     def change_label(self):
         """B's network goes and comes back after another one, which gets its label."""
@@ -170,9 +168,10 @@ class Routers:
         return f"{told}, {before[0]} became {after[0]}"
 
     @staticmethod
-    def timed(what, wait):
+    def timed(what, *steps):
         begin = time.monotonic()
-        wait()
+        for step in steps:
+            step()
         return f"{what} after {time.monotonic() - begin:.1f} s"
 
     def stop(self):
