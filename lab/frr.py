@@ -19,15 +19,24 @@ class Frr:
                          "no fpm use-next-hop-groups"]
         (self.folder / "zebra.conf").write_text("\n".join(settings) + "\n")
         self.guest.tell(f"mkdir -p {SOCKETS}; chown frr:frr {SOCKETS}")
-        self.start("zebra", "-M dplane_fpm_nl" if fpm else "")
+        self.options = {"zebra": "-M dplane_fpm_nl" if fpm else ""}  # of the daemons that run
+        self.start("zebra")
 
-    def start(self, daemon, options="", settings=()):
-        """Starts a daemon; its start-up file has these settings, but for zebra's, which is written once."""
+    def start(self, daemon, settings=()):
+        """Starts a daemon; its start-up file has these settings, the first time."""
         path = self.folder / f"{daemon}.conf"
         if not path.exists():
             path.write_text("".join(line + "\n" for line in settings))
+        options = self.options.setdefault(daemon, "")
         self.guest.tell(f"{DAEMONS}/{daemon} -d {options} --vty_socket {SOCKETS} -z {SOCKETS}/zserv "
                         f"-i {SOCKETS}/{daemon}.pid -f {path} -P 0 --log file:{self.folder}/{daemon}.log")
+
+    def restart(self, *daemons):
+        """Ends daemons without a word and starts them anew; without names all, as is done when zebra dies: the others do
+        not tell a new one what they told the old one."""
+        for do in (self.kill, self.start):
+            for daemon in daemons or self.options:
+                do(daemon)
 
     def kill(self, daemon, signal="KILL"):
         self.guest.tell(f"kill -{signal} $(cat {SOCKETS}/{daemon}.pid)")

@@ -44,6 +44,7 @@ class Guest:
             except queue.Empty:
                 line = None
             if line is None:
+                self.lines.put(None)  # nor is anything it says later an answer to what it is told then
                 raise Failure(f"the guest {self.name} is silent; it said: " + " | ".join(heard))
             if line.startswith(wanted):
                 return heard, line

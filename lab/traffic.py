@@ -2,15 +2,17 @@
 import json
 import pathlib
 import re
+import signal
 import subprocess
 
-from namespaces import Failure, inside, run, start
+from namespaces import SECONDS, Failure, inside, run, start
 from topology import HOST_MTU, version_of
 
 STREAM = pathlib.Path(__file__).with_name("stream.py")
 FLOW_SECONDS = 10  # without a byte, after which a flow is given up
 LASTING_FLOW_SECONDS = 30  # the same of one that waits for a switch: TCP tries less and less often
 PINGS = 3
+PING_SECONDS = 0.02  # between pings that go on
 MEGABYTE = 1 << 20
 FLOWS_BYTES = 2 * MEGABYTE  # of TCP in a case, each way
 HEADERS = {4: 20 + 8, 6: 40 + 8}  # of IP and ICMP
@@ -67,12 +69,12 @@ def judged(printed, address):
 
 
 class LastingFlow:
-    """A flow that goes on until it is ended."""
+    """A flow that goes on until it is ended, or silent for so many seconds."""
 
-    def __init__(self, address):
+    def __init__(self, address, seconds=LASTING_FLOW_SECONDS):
         self.address = address
-        self.process = subprocess.Popen([*inside("a"), "python3", "-B", STREAM, address, "0",
-                                         str(LASTING_FLOW_SECONDS)],
+        self.seconds = seconds
+        self.process = subprocess.Popen([*inside("a"), "python3", "-B", STREAM, address, "0", str(seconds)],
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
         first = self.process.stdout.readline()
         if first != "flowing\n":
@@ -81,8 +83,23 @@ class LastingFlow:
     def end(self):
         """What it tells. A failure when it has not lived to its end."""
         try:
-            printed, _ = self.process.communicate(timeout=2 * LASTING_FLOW_SECONDS)
+            printed, _ = self.process.communicate(timeout=2 * self.seconds)
         except subprocess.TimeoutExpired:
             self.process.kill()
             raise Failure(f"TCP to {self.address} does not end") from None
         return judged(printed, self.address)
+
+
+class LastingPings:
+    """Pings that go on until they are ended: TCP waits ever longer after a loss, they do not."""
+
+    def __init__(self, address):
+        self.process = start("ping", "-q", "-n", "-i", PING_SECONDS, address, namespace="a", stdin=subprocess.DEVNULL,
+                             stdout=subprocess.PIPE, text=True)
+
+    def end(self):
+        """For how many seconds in all nothing came back."""
+        self.process.send_signal(signal.SIGINT)
+        printed, _ = self.process.communicate(timeout=SECONDS)
+        sent, received = map(int, re.search(r"(\d+) packets transmitted, (\d+) received", printed).groups())
+        return PING_SECONDS * (sent - received)

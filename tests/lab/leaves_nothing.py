@@ -40,9 +40,13 @@ def outside():
     return sorted(line.split(":")[1] for line in links.splitlines()), sorted(names.iterdir()) if names.exists() else []
 
 
-for number, switch in ((signal.SIGTERM, "ovs"), (signal.SIGINT, "ovs"), (signal.SIGKILL, "kernel")):
+OVS, KERNEL = ["--switch", "ovs", "routed", "push"], ["--switch", "kernel", "routed", "push"]
+CONTROL_PLANE = ["--control-plane", "--topology", "static", "plain", "two"]
+
+for number, arguments in ((signal.SIGTERM, OVS), (signal.SIGINT, OVS), (signal.SIGKILL, KERNEL),
+                          (signal.SIGKILL, CONTROL_PLANE)):
     before = outside()
-    lab = subprocess.Popen([*sys.argv[1:], "--switch", switch, "routed", "push"], stdout=subprocess.PIPE, text=True)
+    lab = subprocess.Popen([*sys.argv[1:], *arguments], stdout=subprocess.PIPE, text=True)
     first = lab.stdout.readline()
     if not first and lab.wait(10) == 77:
         sys.exit(77)
