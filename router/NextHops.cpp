@@ -92,9 +92,8 @@ void NextHops::Changed(std::uint32_t id) {
 /// Appends an object's ways. Why it has none, when it has none.
 std::string NextHops::Collect(std::uint32_t id, unsigned depth, Ways* ways) const {
   const auto object = objects_.find(id);
-  if (object == objects_.end() || !object->second.known) {
-    return "next hop " + std::to_string(id) + " has not been told";
-  }
+  const bool is_known = object != objects_.end() && object->second.known;
+  if (!is_known) return "next hop " + std::to_string(id) + " has not been told";
   if (depth > kDeepest) return "a group of next hops in itself, or in too many others";
   for (const std::uint32_t member : object->second.members) {
     if (ways->size() >= kMostWays) break;
