@@ -14,7 +14,7 @@ namespace serve {
 namespace {
 
 constexpr int kLongest = 65535;       // bytes of a frame
-constexpr int kBuffer = 4 << 20;      // bytes of frames that wait to be read
+constexpr int kRing = 4 << 20;        // bytes of frames that wait to be read
 constexpr int kHeaders = 14 + 2 * 4;  // of Ethernet with two tags, which no MTU counts
 
 [[noreturn]] void CannotOpen(const std::string& name, const std::string& reason) {
@@ -71,7 +71,7 @@ void Interface::Open() {
   pcap_set_snaplen(handle.get(), mtu_ > 0 ? std::min(mtu_ + kHeaders, kLongest) : kLongest);
   pcap_set_promisc(handle.get(), 1);
   pcap_set_immediate_mode(handle.get(), 1);
-  pcap_set_buffer_size(handle.get(), kBuffer);
+  pcap_set_buffer_size(handle.get(), kRing);
   const int status = pcap_activate(handle.get());
   if (status < 0) CannotOpen(name_, WhyNot(status, handle.get()));
   if (pcap_datalink(handle.get()) != DLT_EN10MB) CannotOpen(name_, "it is no Ethernet interface");

@@ -15,18 +15,18 @@ namespace {
 using softcard::View;
 
 constexpr std::chrono::milliseconds kBetweenLooks{200};
-const softcard::TableDescription kDescription = {"interfaces",
-                                                 "interface",
-                                                 softcard::Origin::kCounted,
-                                                 {"of", calls::Kind::kText},
-                                                 {{"name", calls::Kind::kText},
-                                                  {"state", calls::Kind::kText},
-                                                  {"received", calls::Kind::kNumber},
-                                                  {"sent", calls::Kind::kNumber},
-                                                  {"lost", calls::Kind::kNumber},
-                                                  {"cut", calls::Kind::kNumber},
-                                                  {"missed", calls::Kind::kNumber},
-                                                  {"changes", calls::Kind::kNumber}}};
+const softcard::TableDescription kInterfaces = {"interfaces",
+                                                "interface",
+                                                softcard::Origin::kCounted,
+                                                {"of", calls::Kind::kText},
+                                                {{"name", calls::Kind::kText},
+                                                 {"state", calls::Kind::kText},
+                                                 {"received", calls::Kind::kNumber},
+                                                 {"sent", calls::Kind::kNumber},
+                                                 {"lost", calls::Kind::kNumber},
+                                                 {"cut", calls::Kind::kNumber},
+                                                 {"missed", calls::Kind::kNumber},
+                                                 {"changes", calls::Kind::kNumber}}};
 
 }  // namespace
 
@@ -143,7 +143,7 @@ std::vector<softcard::Row> Ports::Rows() const {
   std::vector<softcard::Row> rows;
   for (const Side& side : sides_) {
     const Interface::Count count = side.interface.count();
-    rows.push_back({&kDescription,
+    rows.push_back({&kInterfaces,
                     calls::ToValue(side.name),
                     {calls::ToValue(side.interface.name()), calls::ToValue(StateName(side.interface.state())),
                      value(count.received), value(count.sent), value(count.lost), value(count.cut), value(count.missed),
@@ -151,7 +151,7 @@ std::vector<softcard::Row> Ports::Rows() const {
   }
   const auto lost = [&](const char* name, std::uint64_t frames) {
     if (frames == 0) return;
-    rows.push_back({&kDescription,
+    rows.push_back({&kInterfaces,
                     calls::ToValue(name),
                     {calls::ToValue("none"), calls::ToValue("gone"), value(0), value(0), value(frames), value(0),
                      value(0), value(0)}});

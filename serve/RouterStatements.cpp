@@ -21,7 +21,6 @@ using scenario::Surroundings;
 using scenario::SyntaxError;
 using scenario::Token;
 
-
 /// A statement about the control plane that the card has.
 template <typename Work>
 scenario::Action Does(Living& living, Work work) {
