@@ -8,10 +8,10 @@ IMPLICIT_NULL = 3
 SECONDS = 30  # that a control plane may take to agree with others, and the card with it
 
 
-def agree(card, frr, vrfs, wanted=lambda said: True):
+def agree(card, frr, vrfs, wanted=lambda said: True, seconds=SECONDS):
     """Waits until both say the same, and it is what is wanted of FRR's routes and labels; gives it. `vrfs` are the card's,
     by FRR's names."""
-    deadline = time.monotonic() + SECONDS
+    deadline = time.monotonic() + seconds
     while True:
         said, found = said_by_frr(frr, vrfs), found_on(card)
         differences = [f"{what}: FRR says {said.get(what, 'nothing')}, the card has {found.get(what, 'nothing')}"

@@ -37,7 +37,8 @@ def to_b(port, *labels):
 
 def swap(label, port, new):
     """A path for each IP version."""
-    return [f"mpls lsp {label + more} {of_switch(port)[0]} {new + more}" for more in (0, 1000)]
+    return [f"mpls lsp {label + more} {of_switch(port)[0]} {new + more if isinstance(new, int) else new}"
+            for more in (0, 1000)]
 
 
 def policy(label, first, second):
@@ -73,6 +74,10 @@ CASES = [
          [FROM_A, out("eth2", [(200, 255), (100, 255)]), *POPPED]),
     case("a path swaps its label", to_b("eth2", 16) + swap(17, "eth4", 18) + TO_A, lambda switch: hairpin(switch, [18]),
          [*LOOP, out("eth4", [(18, 253)]), *POPPED]),
+    case("a path gives its label up", to_b("eth2", 16) + swap(17, "eth4", "implicit-null") + TO_A,
+         lambda switch: hairpin(switch, []), [*LOOP, out("eth4"), *POPPED]),
+    case("a path swaps its label for explicit null", [*to_b("eth2", 16), *swap(17, "eth4", "explicit-null")[:1], *TO_A],
+         lambda switch: hairpin(switch, [0]), of_ipv4([*LOOP, out("eth4", [(0, 253)]), *POPPED]), to=(B_V4,)),
     case("a path swaps its label for two", WITH_SEGMENTS + [line for lines, _ in POLICIES for line in lines],
          lambda switch: hairpin(switch, [300, 18]), [*LOOP, out("eth4", [(300, 255), (18, 253)]), *POPPED],
          undo=[line for _, lines in POLICIES for line in lines] + without(WITH_SEGMENTS)),
@@ -91,8 +96,16 @@ RESTARTING = dataclasses.replace(CASES[1], name="FRR is killed and restarts unde
                                  seen=of_ipv4(CASES[1].seen))
 
 
-NOTHING_LEFT = "nothing is left"
-NAMES = [each.name for each in (*CASES, CHANGING, RESTARTING)] + [NOTHING_LEFT]
+# What the chip cannot do, and what `show unresolved` says of it.
+UNRESOLVED = {
+    "route 198.51.101.0/24": ([f"ip route 198.51.101.0/24 {of_switch('eth2')[0]} label 300/200/100"], "3 labels"),
+    "route 198.51.102.0/24": ([f"ip route 198.51.102.0/24 {of_switch(port)[0]}" for port in ("eth2", "eth3")],
+                              "2 equal paths"),
+    "label 600": ([f"mpls lsp 600 {of_switch(port)[0]} 601" for port in ("eth2", "eth3")], "2 equal paths"),
+}
+
+CANNOT, NOTICES, NOTHING_LEFT = "what the chip cannot do is told", "notices what FRR has not said", "nothing is left"
+NAMES = [each.name for each in (*CASES, CHANGING, RESTARTING)] + [CANNOT, NOTICES, NOTHING_LEFT]
 
 
 def run_cases(report, softcard):
@@ -113,6 +126,8 @@ def run_cases(report, softcard):
             run_case(report, each, router.frr, card, switch, lambda: exchange(each, card, switch))
         run_case(report, CHANGING, router.frr, card, switch, lambda: change(router.frr, card))
         run_case(report, RESTARTING, router.frr, card, switch, lambda: restart(router.frr, card))
+        report.case(CANNOT, lambda: tell_what_cannot_be(router.frr, card))
+        report.case(NOTICES, lambda: notice(router.frr, card))
         report.case(NOTHING_LEFT, lambda: nothing_left(card, router.frr))
     finally:
         router.stop()
@@ -156,12 +171,45 @@ def restart(frr, card):
     return f"all was told again and the rest swept after {time.monotonic() - begin:.1f} s, {told_of(flow.end())}"
 
 
+def tell_what_cannot_be(frr, card):
+    """Each is told with its reason, and no longer when it is gone."""
+    lines = [line for lines, _ in UNRESOLVED.values() for line in lines]
+    frr.configure(*lines)
+    wait_for(lambda: len(unresolved(card)) == len(UNRESOLVED), "all that cannot be")
+    told = unresolved(card)
+    wrong = [what for what, (_, reason) in UNRESOLVED.items() if reason not in told.get(what, "")]
+    if wrong:
+        raise Failure(f"of {wrong} the reasons are not told: {told}")
+    frr.configure(*without(lines))
+    wait_for(lambda: not unresolved(card), "the end of what cannot be")
+    return ", ".join(f"{what}: {reason}" for what, reason in told.items())
+
+
+def unresolved(card):
+    """The reasons, but for the link to the FPM, which is none of the card's."""
+    return {row["what"]: row["reason"] for row in card.rows("show unresolved") if row["what"] != f"route {FPM_NETWORK}"}
+
+
+def notice(frr, card):
+    """A label that somebody else has put on the card is found, so that what is never found would be noticed."""
+    card.ask("label 700 pop 0")
+    try:
+        agree(card, frr, VRFS, seconds=1)
+    except Failure as failure:
+        if "700: FRR says nothing, the card has VRF 0" not in str(failure):
+            raise
+    else:
+        raise Failure("nobody has noticed label 700")
+    finally:
+        card.ask("no-label 700")
+    return "label 700"
+
+
 def nothing_left(card, frr):
     """What FRR has taken back is no longer on the card, and what is there belongs to somebody."""
     agree(card, frr, VRFS, lambda said: not said)
-    rows = [row for row in card.rows("show unresolved") if row["what"] != f"route {FPM_NETWORK}"]
-    if rows:
-        raise Failure(f"unresolved: {rows}")
+    if unresolved(card):
+        raise Failure(f"unresolved: {unresolved(card)}")
     found = card.ask("audit")
     if "findings: none" not in found:
         raise Failure(found)
