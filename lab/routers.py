@@ -29,10 +29,10 @@ def twin(port):
 
 def build_processor(ports):
     """The namespace of the card's route processor, and the links between both."""
-    add_namespace("processor")
+    add_namespace("router")
     for port in ports:
-        link(("card", twin(port)), ("processor", port), LINK_MTU)
-    link(("card", "fpm"), ("processor", "fpm"), LINK_MTU)
+        link(("card", twin(port)), ("router", port), LINK_MTU)
+    link(("card", "fpm"), ("router", "fpm"), LINK_MTU)
     ip("card", f"addr add {FPM_ADDRESS}/24 dev fpm")
 
 
@@ -85,7 +85,7 @@ class Router:
 
 def processor(ports, addresses, **more):
     """The card's route processor: for each of the ports an interface with these addresses."""
-    return Router("processor", "processor", [(port, mac_of(port), *addresses.get(port, ())) for port in ports] +
+    return Router("processor", "router", [(port, mac_of(port), *addresses.get(port, ())) for port in ports] +
                   [("fpm", "02:00:00:00:0f:02", f"{PROCESSOR_ADDRESS}/24")], **more)
 
 
