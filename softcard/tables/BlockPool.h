@@ -60,10 +60,10 @@ class BlockPool {
       return first;
     }
     const std::size_t first = items_.size();
-    const std::size_t size = first + (std::size_t{1} << room);
+    const std::size_t end = first + (std::size_t{1} << room);
     // By an eighth, not to twice the size: a large table shall not be half empty.
-    if (size > items_.capacity()) items_.reserve(size + size / 8);
-    items_.resize(size);
+    if (end > items_.capacity()) items_.reserve(end + end / 8);
+    items_.resize(end);
     return static_cast<uint32_t>(first);
   }
 
