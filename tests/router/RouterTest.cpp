@@ -349,6 +349,19 @@ TEST_F(RouterTest, AFloodOfNeighboursForgetsThoseThatNothingGoesTo) {
   EXPECT_EQ(WayOf("198.51.100.9"), "deliver 192.0.2.1");
 }
 
+TEST_F(RouterTest, AFloodOfFlapsLeavesNoMoreThanIsThere) {
+  softcard::IpAddress gateway = Address("192.0.2.0");
+  for (unsigned i = 1; i <= 2000; ++i) {
+    gateway.bytes[3] = static_cast<unsigned char>(1 + i % 250);
+    router::Way way = To("192.0.2.0");
+    way.gateway = gateway;
+    Tell({Route("198.51.100.0/24", {way}), NextHop(i, {way}), RouteBy("198.51.101.0/24", i), NoNextHop(i - 1)});
+    EXPECT_EQ(Destinations(), 3UL);
+  }
+  EXPECT_THAT(NextHops(), ElementsAre(HasSubstr("users=2 ")));
+  EXPECT_EQ(card_.RowCount("egresses"), 1UL);
+}
+
 TEST_F(RouterTest, InterfacesAreFoundByPortAndVlan) {
   EXPECT_EQ(router_.FindInterface(softcard::LimId("eth1"), softcard::LimId("vlan100")), 2U);
   EXPECT_EQ(router_.FindInterface(softcard::LimId("eth1"), softcard::LimId("vlan200")), std::nullopt);
