@@ -15,8 +15,9 @@ Server::Server(const Settings& settings, scenario::Session& session, const scena
         return std::make_unique<Conversation>(session, language, formats, client);
       }) {
   signals_.add(SIGUSR1);
-  if (!settings.fpm.empty())
+  if (!settings.fpm.empty()) {
     control_plane_.emplace(events_, settings.fpm, settings.quiet, *living.router, std::move(say));
+  }
 }
 
 void Server::Run(const std::function<void()>& report) {

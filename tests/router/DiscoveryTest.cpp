@@ -87,10 +87,9 @@ TEST(DiscoveryTest, OtherIcmpv6AnnouncesNothing) {
 }
 
 TEST(DiscoveryTest, FramesThatAreCutOffAnnounceNothing) {
-  for (const std::string& whole :
-       {kEthernet + "8100 0064 " + kArp,
-        kEthernet + Icmpv6("87 00 0000 00000000 20010db8000000000000000000000009" + kSource)}) {
-    const Bytes frame = Hex(whole);
+  const Bytes arp = Hex(kEthernet + "8100 0064 " + kArp);
+  const Bytes discovery = Hex(kEthernet + Icmpv6("87 00 0000 00000000 20010db8000000000000000000000009" + kSource));
+  for (const Bytes& frame : {arp, discovery}) {
     for (std::size_t size = 0; size < frame.size(); ++size) {
       EXPECT_FALSE(router::ReadAnnouncement(Bytes(frame.begin(), frame.begin() + static_cast<std::ptrdiff_t>(size))))
           << size;
