@@ -15,7 +15,8 @@ class Terminal:
     """A tmux server of its own; its one pane runs the command."""
 
     def __init__(self, command, home):
-        self.socket = os.path.join(home, "tmux")
+        # Not the socket of the one before, whose server may still be about to end.
+        self.socket = os.path.join(tempfile.mkdtemp(dir=home), "tmux")
         environment = dict(os.environ, HOME=home, XDG_STATE_HOME=os.path.join(home, "state"), TERM="xterm-256color")
         environment.pop("NO_COLOR", None)
         environment.pop("TMUX", None)
