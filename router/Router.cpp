@@ -60,6 +60,9 @@ void Router::SetVrfDevice(unsigned ifindex, unsigned vrf, std::uint32_t table) {
     routes_.ForEach([&](const RouteKey& key, Route& route) {
       if (key.table == table) Write(key, 0, &route.placed);
     });
+    for (auto& [neighbour, host] : hosts_) {
+      if (host.key.table == table) Write(host.key, 0, &host.placed);
+    }
   }
   vrfs_[table] = vrf;
   vrf_of_devices_[ifindex] = vrf;

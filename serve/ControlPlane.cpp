@@ -159,7 +159,8 @@ void ControlPlane::Leave(const std::string& why) {
 void ControlPlane::WaitForQuiet() {
   sweep_.expires_after(quiet_);
   sweep_.async_wait([this](std::error_code error) {
-    if (error) return;
+    // It may have been put off, or given up, since it was due.
+    if (error || !sweep_is_due_ || sweep_.expiry() > std::chrono::steady_clock::now()) return;
     sweep_is_due_ = false;
     ++sweeps_;
     router_.Sweep();

@@ -246,6 +246,16 @@ TEST_F(RouterTest, TablesAreVrfsOnceADeviceIsSaidToBeTheirs) {
   EXPECT_THAT(Rows("labels"), IsEmpty());
 }
 
+TEST_F(RouterTest, AHostGoesAlongWhenItsTableBecomesAnotherVrfs) {
+  router_.SetVrfDevice(6, 3, 10);
+  Tell({Route("192.0.2.0/24", {On(2)}, 10)});
+  Learn("192.0.2.5");
+  EXPECT_EQ(WayOf("192.0.2.5", 3), "deliver 192.0.2.5");
+  router_.SetVrfDevice(6, 4, 10);
+  EXPECT_EQ(WayOf("192.0.2.5", 3), "none");
+  EXPECT_EQ(WayOf("192.0.2.5", 4), "deliver 192.0.2.5");
+}
+
 TEST_F(RouterTest, WhatTheCardRefusesIsAskedForAgainWhenSomethingHelps) {
   card_.faults().FailEvery("EgressManager::CreateEgress", BCM_E_RESOURCE);
   Tell({Route("198.51.100.0/24", {To("192.0.2.1")})});
