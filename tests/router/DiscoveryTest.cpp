@@ -3,23 +3,11 @@
 #include <string>
 
 #include "router/Discovery.h"
+#include "tests/softcard/packets/Hex.h"
 
 namespace {
 
 using softcard::Bytes;
-
-/// Of pairs of hexadecimal digits; blanks do not count.
-Bytes Hex(const std::string& text) {
-  Bytes bytes;
-  std::string digits;
-  for (const char c : text) {
-    if (c != ' ') digits += c;
-    if (digits.size() < 2) continue;
-    bytes.push_back(static_cast<unsigned char>(std::stoul(digits, nullptr, 16)));
-    digits.clear();
-  }
-  return bytes;
-}
 
 const std::string kEthernet = "ffffffffffff 020000000001 ";
 const std::string kArp = "0806 0001 0800 06 04 0002 020000000001 c0000201 020000000009 c0000209";

@@ -28,18 +28,6 @@ HwEncapsulationResourceManager& Managers() { return *HwEncapsulationResourceMana
 
 }  // namespace
 
-Bytes Hex(const std::string& text) {
-  Bytes bytes;
-  std::string digits;
-  for (const char c : text) {
-    if (c != ' ') digits += c;
-    if (digits.size() < 2) continue;
-    bytes.push_back(static_cast<unsigned char>(std::stoul(digits, nullptr, 16)));
-    digits.clear();
-  }
-  return bytes;
-}
-
 std::string Text(const Bytes& bytes) {
   std::string text;
   for (const unsigned char byte : bytes) {

@@ -8,9 +8,8 @@
 #include "softcard/Card.h"
 #include "softcard/packets/StoryText.h"
 #include "softcard/packets/Way.h"
+#include "tests/softcard/packets/Hex.h"
 
-/// "45a0 0018" and its like; blanks are for the reader.
-softcard::Bytes Hex(const std::string& text);
 std::string Text(const softcard::Bytes& bytes);
 
 /// A card that routes on VLAN 100: VRF 1, my station 00:00:5e:00:01:01, interface `intf`. Destinations get the ids 1, 2
