@@ -65,6 +65,8 @@ int main(int argc, char** argv) {
   const softcard::Record quiet(card.log(), softcard::CallLog::Recording::kNothing);
   Module().InstallVrf(1);
   Module().InstallVlanOutgoingEncapsulation(kVlan, softcard::LimId("vlan100"), 1, 1500, mac, {});
+  // A recording that can be paused is.
+  if (std::getenv("HAL_CARD_RECORDING_SIGNAL")) raise(SIGUSR1);
   if (argc > 1) {
     const long wanted = std::strtol(argv[1], nullptr, 10);
     for (long made = 0; made < wanted; made += kRequests) {
@@ -73,8 +75,6 @@ int main(int argc, char** argv) {
     std::printf("%ld\n", MostKilobytes());
     return 0;
   }
-  // A recording that can be paused is.
-  if (std::getenv("HAL_CARD_RECORDING_SIGNAL")) raise(SIGUSR1);
   std::printf("%.1f\n", ShortestNanoseconds());
   return 0;
 }

@@ -1,16 +1,9 @@
-"""What the recorder costs: prints the times, and fails when they are more than they may be.
-
-usage: recorder_times.py BUILD_DIRECTORY
-"""
+"""Times what the recorder costs, and lays the times out for docs/performance.md."""
 import os
 import subprocess
-import sys
 import tempfile
 import time
 
-RECORDED = 2000  # nanoseconds a recorded call, beside the write itself
-# Of a request's time, while nothing is recorded; on the bare platform there is little else.
-OFF = {"card": 0.05, "bare": 0.15}
 TIMES = 5  # the shortest of so many counts, as others use the machine as well
 
 
@@ -86,22 +79,3 @@ def text(times, lines, volumes):
     rows += [f"| {name} | " + " | ".join(f"{of(volume):.3g}" if of(volume) < 100 else f"{of(volume):.0f}"
                                         for volume in volumes) + " |" for name, of in shown.items()]
     return "\n".join(rows)
-
-
-def main(build):
-    times, lines = measure(build)
-    failed = False
-    for platform in ("bare", "card"):
-        without = times[platform, "without"]
-        print(f"{platform}: a request takes {without:.0f} ns")
-        for way in ("off", "paused", "nowhere", "file"):
-            if (platform, way) in times:
-                more = times[platform, way] - without
-                print(f"  {way}: {more:.0f} ns more, {more / without:.1%}, {more / lines:.1f} a line")
-        failed |= times[platform, "off"] > (1 + OFF[platform]) * without
-    failed |= times["bare", "nowhere"] - times["bare", "without"] > RECORDED * lines
-    return failed
-
-
-if __name__ == "__main__":
-    sys.exit(main(sys.argv[1]))
