@@ -11,11 +11,12 @@ from topology import (A_V4, A_V6, B_V4, B_V6, BRIDGED_A_V4, BRIDGED_A_V6, BRIDGE
 
 PORTS = ("eth1", *PEER_LINKS)
 FIELDS = ("frame.interface_name", "eth.src", "vlan.id", "mpls.label", "mpls.bottom", "mpls.ttl", "ip.src", "ip.dst",
-          "ip.ttl", "ipv6.src", "ipv6.dst", "ipv6.hlim", "_ws.malformed", "ip.checksum.status", "frame.number")
+          "ip.ttl", "ipv6.src", "ipv6.dst", "ipv6.hlim", "_ws.malformed", "ip.checksum.status", "frame.number", "eth.type")
 HOSTS = {"A": (A_V4, A_V6, BRIDGED_A_V4, BRIDGED_A_V6), "B": (B_V4, B_V6, *MORE_OF_B, BRIDGED_B_V4, BRIDGED_B_V6)}
 
 # A frame that is nobody's: of a type for experiments, to an address that nobody has.
 MARK = bytes.fromhex("02000000000f 02000000000f 88b5") + b"that was the end"
+MARK_TYPE = "0x88b5"
 
 
 @dataclasses.dataclass(frozen=True)
@@ -49,7 +50,8 @@ def stretch(port, way, to, ttl, labels=(), vlan=0, own_labels=True):
 
 
 class Capture:
-    """Runs from when it is made until stop. Below the labels of pseudowires are Ethernet frames."""
+    """Of what goes over the ports from when it is made until its end. Below the labels of pseudowires are Ethernet
+    frames."""
 
     def __init__(self, name, pseudowires=()):
         self.pseudowires = pseudowires
@@ -58,6 +60,7 @@ class Capture:
         self.log = FOLDER / f"{name}.log"
         interfaces = [word for port in PORTS for word in ("-i", port)]
         self.frames = 0
+        self.before_marks = 0  # bytes of the file
         self.counted = ""  # by the card
         self.ends = packet_sockets("card", PORTS)
         # What does not fit its buffers, in MiB, in packets and in bytes, it would leave out.
@@ -67,13 +70,22 @@ class Capture:
                                  stderr=log)
         wait_for(lambda: self.path.exists() and self.path.stat().st_size > 0, "the start of the capture")
 
-    def stop(self):
-        """Frames come to the file in blocks, a few a second for each port: the last ones have come when a marked one
-        has that is sent on each of the ports now."""
-        for end in self.ends:
-            end.send(MARK)
-            end.close()
-        wait_for(lambda: self.path.read_bytes().count(MARK) == len(PORTS), "the end of the capture")
+    def end(self):
+        """Frames come to the file in blocks, a few a second for each port. So a marked one is sent on each of the ports
+        now: what comes before it is the capture's. Nobody has to wait here until the marks are in the file."""
+        self.before_marks = self.path.stat().st_size
+        for port in self.ends:
+            port.send(MARK)
+            port.close()
+
+    def close(self):
+        """Ends the program when the marks are in the file."""
+        def marked():
+            with self.path.open("rb") as file:
+                file.seek(self.before_marks)
+                return file.read().count(MARK) == len(PORTS)
+
+        wait_for(marked, "the end of the capture")
         stop(self.process)
         lost = [line for line in self.log.read_text().splitlines() if "dropped on" in line and "/0 (pcap" not in line]
         if lost:
@@ -84,7 +96,11 @@ class Capture:
         card as come to it."""
         counts = collections.Counter()
         wrong = []
-        for values in self.frames_seen():
+        try:
+            frames = self.frames_seen()
+        except Failure as failure:
+            return [str(failure)]
+        for values in frames:
             if values["_ws.malformed"] or values["ip.checksum.status"] in ("0", "Bad"):
                 wrong.append(f"frame {values['frame.number']} on {values['frame.interface_name']} is malformed")
             elif seen := read(values):
@@ -104,8 +120,9 @@ class Capture:
         return wrong
 
     def frames_seen(self):
-        """What tshark says of each frame, by field. Asked once, after the capture's end."""
+        """What tshark says of each frame up to the marks, by field. Asked once, after the capture's end."""
         if self.dissected is None:
+            self.close()
             command = ["tshark", "-n", "-r", self.path, "-T", "fields", "-E", "occurrence=a", "-E", "aggregator=;",
                        "-o", "ip.check_checksum:TRUE", "-o", "tcp.analyze_sequence_numbers:FALSE"]
             for label in self.pseudowires:
@@ -115,13 +132,23 @@ class Capture:
             done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, timeout=60)
             if done.returncode != 0:
                 raise Failure(f"tshark: {done.stderr.strip()}")
-            self.dissected = [dict(zip(FIELDS, line.split("\t"))) for line in done.stdout.splitlines()]
+            self.dissected = list(up_to_marks(dict(zip(FIELDS, line.split("\t"))) for line in done.stdout.splitlines()))
         return self.dissected
 
     def frame(self, number):
         """The bytes of a frame."""
         printed = run("tshark", "-n", "-r", self.path, "-Y", f"frame.number == {number}", "-T", "jsonraw")
         return bytes.fromhex(json.loads(printed[printed.index("["):])[0]["_source"]["layers"]["frame_raw"][0])
+
+
+def up_to_marks(frames):
+    """Those that come before the mark of their port."""
+    ended = set()
+    for values in frames:
+        if values["eth.type"] == MARK_TYPE:
+            ended.add(values["frame.interface_name"])
+        elif values["frame.interface_name"] not in ended:
+            yield values
 
 
 def read(values):

@@ -52,7 +52,7 @@ class Report:
     def judge(self, capture, expected, to, told, wrong):
         for address in to if not wrong else ():
             settle(address)
-        capture.stop()
+        capture.end()
         wrong = wrong + capture.judge(expected)
         if wrong and self.keep:
             self.keep.mkdir(parents=True, exist_ok=True)

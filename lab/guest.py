@@ -2,10 +2,11 @@
 machine's own tree, its interfaces are ends of the lab's links, and the lab's folder is the same in it."""
 import pathlib
 import queue
+import re
 import subprocess
 import threading
 
-from namespaces import FOLDER, SECONDS, Failure, start, stop
+from namespaces import FOLDER, SECONDS, Failure, batch, start, stop
 
 
 class Guest:
@@ -59,9 +60,14 @@ class Guest:
         return "\n".join(heard)
 
     def ip(self, lines):
-        """Lines of `ip`, one by one: the console takes no long ones."""
+        """Lines of `ip`, those with options of their own ("-6", "-f mpls") after those without: every program that the
+        guest runs takes it some time, so one does all that have the same."""
+        by_options = {}
         for line in lines:
-            self.tell("ip " + line)
+            options, rest = re.fullmatch(r"((?:-6|-f mpls)?) ?(.*)", line).groups()
+            by_options.setdefault(options, []).append(rest)
+        for options in sorted(by_options):
+            self.tell(f"ip {options} -batch {batch(self.name, by_options[options])}")
 
     def stop(self):
         self.process.stdin.close()

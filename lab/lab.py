@@ -59,11 +59,11 @@ class Lab:
                 told = case.traffic(case, card, switch)
                 for address in case.to:
                     settle(address)
-                capture.stop()
+                capture.end()
                 capture.counted = card.ask("show interfaces")
                 return capture, [], told
             except Failure as failure:
-                capture.stop()
+                capture.end()
                 return capture, [str(failure), *story(capture, card, switch)], ""
         finally:
             card.stop()
