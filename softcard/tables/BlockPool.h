@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "softcard/tables/LargePages.h"
+
 namespace softcard {
 
 /// Short arrays, which grow and shrink by an element at a time, in one piece of memory. A block is named by the index
@@ -69,7 +71,7 @@ class BlockPool {
 
   static constexpr std::size_t kRooms = 8;  ///< up to 128 elements
 
-  std::vector<T> items_;
+  std::vector<T, LargePages<T>> items_;
   std::array<std::vector<uint32_t>, kRooms> free_;
 };
 
