@@ -1,5 +1,4 @@
-"""leaves_nothing.py LAB ARGUMENT...: a lab that is ended in the middle, whichever way, takes
-all it has made with it."""
+"""leaves_nothing.py LAB ARGUMENT...: a lab that is ended in the middle, whichever way, takes all it has made with it."""
 import pathlib
 import signal
 import subprocess
@@ -43,10 +42,9 @@ def outside():
 OVS, KERNEL = ["--switch", "ovs", "routed", "push"], ["--switch", "kernel", "routed", "push"]
 CONTROL_PLANE = ["--control-plane", "--topology", "static", "plain", "two"]
 
-for number, arguments in ((signal.SIGTERM, OVS), (signal.SIGINT, OVS), (signal.SIGKILL, KERNEL),
-                          (signal.SIGKILL, CONTROL_PLANE)):
-    before = outside()
-    lab = subprocess.Popen([*sys.argv[1:], *arguments], stdout=subprocess.PIPE, text=True)
+
+def end(lab, number):
+    """Sends it this signal after its first case; what it has started ends with it."""
     first = lab.stdout.readline()
     if not first and lab.wait(10) == 77:
         sys.exit(77)
@@ -59,6 +57,19 @@ for number, arguments in ((signal.SIGTERM, OVS), (signal.SIGINT, OVS), (signal.S
     while left := [process for process in started if alive(process)]:
         assert time.monotonic() < deadline, f"after {number.name} these live on: {left}"
         time.sleep(0.05)
-    assert outside() == before, (outside(), before)
-    assert not pathlib.Path("/run/lab").exists()
     lab.stdout.close()
+
+
+before = outside()
+# Side by side: each is its own master.
+labs = [(subprocess.Popen([*sys.argv[1:], *arguments], stdout=subprocess.PIPE, text=True), number)
+        for number, arguments in ((signal.SIGTERM, OVS), (signal.SIGINT, OVS), (signal.SIGKILL, KERNEL),
+                                  (signal.SIGKILL, CONTROL_PLANE))]
+try:
+    for each in labs:
+        end(*each)
+finally:
+    for lab, _ in labs:
+        lab.kill()
+assert outside() == before, (outside(), before)
+assert not pathlib.Path("/run/lab").exists()
