@@ -1,5 +1,6 @@
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -99,6 +100,7 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   if (!definitions) return kUnusable;
   // Who reads the output may leave; the card stays.
   std::signal(SIGPIPE, SIG_IGN);
+  const bool makes_recording = !options.recording.empty() && !std::filesystem::exists(options.recording);
   if (!options.recording.empty() && !RecordInto(options.recording)) return kUnusable;
   std::optional<CaptureFiles> captures;
   const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket() : options.control,
@@ -124,10 +126,17 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   }
   TextPrinter silent(std::cout, {Detail::kFailures});
   session.Begin(silent);
-  serve::Server server(settings, session, console.language, formats, console.card, console.living, say);
+  std::optional<serve::Server> server;
+  try {
+    server.emplace(settings, session, console.language, formats, console.card, console.living, say);
+  } catch (const std::runtime_error&) {
+    // Of a card that was never served, nothing stays.
+    if (makes_recording) std::filesystem::remove(options.recording);
+    throw;
+  }
   if (!options.pcap.empty()) captures.emplace(options.pcap);
-  console.living.interfaces = [&server] { return server.ports().Rows(); };
-  if (serve::ControlPlane* const control_plane = server.control_plane()) {
+  console.living.interfaces = [&server] { return server->ports().Rows(); };
+  if (serve::ControlPlane* const control_plane = server->control_plane()) {
     console.living.control_plane = [control_plane] { return control_plane->Rows(); };
     changes.tell = [control_plane] { control_plane->CardChanged(); };
   }
@@ -137,7 +146,7 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
     std::cout.flush();
   };
   std::cout << "ready" << std::endl;
-  server.Run(report);
+  server->Run(report);
   report();
   return Flushed(kAllHold);
 }

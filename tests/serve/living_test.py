@@ -144,6 +144,9 @@ refuses(1, "found:    0", "serve", "--control", path, "-", stdin="install-vrf 1\
 refuses(2, "No such file", "serve", "--control", path, str(folder / "none.scn"))
 refuses(2, "No such file", "serve", "--control", str(folder / "no" / "s"))
 refuses(2, "does not fit", "serve", "-DN=x")
+for binding, said in (("eth1=missing0", "missing0"), ("eth1", "takes PORT=INTERFACE")):
+    refuses(2, said, "serve", "--control", path, "--record", str(folder / "card.rec"), "--port", binding, "-",
+            stdin="install-vrf 1\n")
 assert os.listdir(folder) == []
 print(f"a thousand requests: {took:.0f} ms")
 shutil.rmtree(folder)
