@@ -1,6 +1,6 @@
 """living_test.py FOLDER SCHEMA RUN_SCHEMA MILLISECONDS PROGRAM: a card that PROGRAM keeps answers on its socket, and leaves nothing behind.
 
-A thousand requests take so many milliseconds at most; 0: as long as they take.
+A thousand requests take the card so many milliseconds of the processor at most; 0: as many as they take.
 """
 import atexit
 import json
@@ -46,6 +46,11 @@ def refuses(status, text, *arguments, stdin=""):
     run = subprocess.run([program, *arguments], input=stdin, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                          text=True, env=ENVIRONMENT, timeout=30, check=False)
     assert (run.returncode, text in run.stdout) == (status, True), (run.returncode, run.stdout)
+
+
+def used(process):
+    """Milliseconds of the processor: they are the same, however much else the machine does."""
+    return int(Path(f"/proc/{process.pid}/schedstat").read_text(encoding="ascii").split()[0]) / 1e6
 
 
 def ctl(*statements):
@@ -114,13 +119,13 @@ assert ctl("expect rows vrfs 3")[0] == 0
 # A thousand requests.
 client = socket.socket(socket.AF_UNIX)
 client.connect(path)
-began = time.monotonic()
+began, used_before = time.monotonic(), used(card)
 client.sendall(b"install-vrf 1\ndestroy-vrf 1\n" * 500)
 client.shutdown(socket.SHUT_WR)
 said = client.makefile().read()
-took = 1000 * (time.monotonic() - began)
+took, used_for_them = 1000 * (time.monotonic() - began), used(card) - used_before
 assert said.count("  => 0\ndone 0\n") == 1000
-assert milliseconds == 0 or took < milliseconds, f"a thousand requests took {took:.0f} ms"
+assert milliseconds == 0 or used_for_them < milliseconds, f"a thousand requests took {used_for_them:.0f} ms"
 
 card.send_signal(signal.SIGUSR1)
 assert "show counters" in end(card)
@@ -148,5 +153,5 @@ for binding, said in (("eth1=missing0", "missing0"), ("eth1", "takes PORT=INTERF
     refuses(2, said, "serve", "--control", path, "--record", str(folder / "card.rec"), "--port", binding, "-",
             stdin="install-vrf 1\n")
 assert os.listdir(folder) == []
-print(f"a thousand requests: {took:.0f} ms")
+print(f"a thousand requests: {took:.0f} ms, {used_for_them:.0f} of them the card's")
 shutil.rmtree(folder)
