@@ -3,6 +3,9 @@ from namespaces import FOLDER, Failure
 
 DAEMONS = "/usr/lib/frr"
 SOCKETS = "/run/frr"  # on the guest's own file system
+# These go first, ahead of bgpd: when a route comes anew and bgpd hears of it before zebra has its label from ldpd, zebra
+# takes the label away from what BGP has put upon it for a moment.
+FIRST = ("zebra", "ldpd")
 
 
 class Frr:
@@ -28,7 +31,8 @@ class Frr:
         if not path.exists():
             path.write_text("".join(line + "\n" for line in settings))
         options = self.options.setdefault(daemon, "")
-        self.guest.tell(f"{DAEMONS}/{daemon} -d {options} --vty_socket {SOCKETS} -z {SOCKETS}/zserv "
+        first = "chrt --fifo 1 " if daemon in FIRST else ""
+        self.guest.tell(f"{first}{DAEMONS}/{daemon} -d {options} --vty_socket {SOCKETS} -z {SOCKETS}/zserv "
                         f"-i {SOCKETS}/{daemon}.pid -f {path} -P 0 --log file:{self.folder}/{daemon}.log")
 
     def restart(self, *daemons):

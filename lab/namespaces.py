@@ -54,13 +54,13 @@ def stop(process):
             pipe.close()
 
 
-def wait_for(condition, what, seconds=SECONDS):
-    """Looks at a condition until it holds; gives its value."""
+def wait_for(condition, what, seconds=SECONDS, pause=0.01):
+    """Looks at a condition until it holds, with a pause in between; gives its value."""
     deadline = time.monotonic() + seconds
     while not (value := condition()):
         if time.monotonic() > deadline:
             raise Failure(f"{what} has not happened in {seconds} s")
-        time.sleep(0.01)
+        time.sleep(pause)
     return value
 
 

@@ -15,6 +15,7 @@ MEGABYTES = 128
 QUIET = 10  # seconds after which the card forgets what a new FPM has not told again
 SCENARIOS = pathlib.Path(__file__).with_name("scenarios")
 AS = 65000
+GRACE = 60  # seconds that OSPF's neighbours wait for one that has told them of its restart
 
 
 def mac_of(port):
@@ -98,14 +99,20 @@ def run_all(routers):
             each.result()
 
 
-def ospf(loopback, costs):
-    """`costs` are those of the interfaces to other routers. The timers have routers say and believe things at once."""
+def ospf(loopback, costs, edges=()):
+    """`costs` are those of the interfaces to other routers; `edges` are interfaces whose networks others are to know. The
+    timers have routers say and believe things at once. Whoever restarts gracefully is helped by its neighbours, who do
+    not mind that one of two links between them is back before the other."""
     lines = []
     for interface, cost in costs.items():
         lines += [f"interface {interface}", f"ip ospf cost {cost}", "ip ospf network point-to-point",
                   "ip ospf hello-interval 1", "ip ospf dead-interval 4", "ip ospf area 0"]
+    for interface in edges:
+        lines += [f"interface {interface}", "ip ospf passive", "ip ospf area 0"]
     return [*lines, "interface lo", "ip ospf area 0", "router ospf", f"ospf router-id {loopback}",
-            "timers throttle spf 0 50 200", "timers throttle lsa all 0", "timers lsa min-arrival 0"]
+            "timers throttle spf 0 50 200", "timers throttle lsa all 0", "timers lsa min-arrival 0",
+            "capability opaque", f"graceful-restart grace-period {GRACE}", "graceful-restart helper enable",
+            "no graceful-restart helper strict-lsa-checking"]
 
 
 def ldp(loopback, interfaces):

@@ -16,7 +16,7 @@ from namespaces import FOLDER, Failure, ip, link, run, start, stop, wait_for
 from routers import (AS, PORTS, Router, bgp, build_processor, ldp, ospf, processor, run_all,
                      start_card)
 from topology import B_V4, LINK_MTU, PEER_TO_B_MAC
-from traffic import Echo, LastingFlow, LastingPings, exchange
+from traffic import PING_SECONDS, Echo, LastingFlow, LastingPings, exchange
 
 R1, R2, R3 = "10.0.0.1", "10.0.0.2", "10.0.0.3"
 A_EDGE, A_PEER = "203.0.113.30", "203.0.113.17"  # of the card's router and of A on their link
@@ -26,7 +26,17 @@ A_NETWORK, B_NETWORK = "192.0.2.0/24", "198.51.100.0/24"
 
 
 VRFS = {"default": 0}
-FLOW_SECONDS = 30  # of silence: what protocols take, and TCP's ever longer waiting then
+FLOW_SECONDS = 60  # of silence: what protocols take, and TCP's ever longer waiting then
+LOOK_SECONDS = 0.3  # between looks at what a router says, which is work for it
+QUIET_SECONDS = 1.2  # after which FRR has told all; it tells of next hops that nobody uses any more a second later
+TO_B, TO_R2, ONLY_TO_B = "to B and back", "to R2 and back, without labels", "to B"
+
+
+def echo_requests():
+    """How many pings B has got."""
+    names, values = (line.split() for line in run("cat", "/proc/net/snmp", namespace="b").splitlines()
+                     if line.startswith("Icmp:"))
+    return int(values[names.index("InEchos")])
 
 
 class ToB:
@@ -91,7 +101,7 @@ def start_routers():
     r3 = Router("r3", "peer", [("r3-r2", "02:00:00:00:03:02", link_address(130)),
                                ("peerb", PEER_TO_B_MAC, f"{B_EDGE}/28")], R3)
     labelled = "ipv4 labeled-unicast"
-    run_all([(r1, {"ospfd": ospf(R1, {"vec1": 10, "vec2": 100}), "ldpd": ldp(R1, ["vec1", "vec2"]),
+    run_all([(r1, {"ospfd": ospf(R1, {"vec1": 10, "vec2": 100}, ["vec0"]), "ldpd": ldp(R1, ["vec1", "vec2"]),
                    "bgpd": bgp(R1, R3, labelled, customer(A_PEER, 65001))}),
              (r2, {"ospfd": ospf(R2, {"vec0": 10, "vec1": 100, "vec2": 10}),
                    "ldpd": ldp(R2, ["vec0", "vec1", "vec2"])}),
@@ -133,11 +143,22 @@ class Routers:
                 stretch("eth1", "out", "A", 63)]
         return [seen for way in of_ipv4(ways) for seen in way]
 
-    def under_tcp(self, *events):
-        """What a flow has to tell of events, each of which gives what it has to tell."""
-        flow, pings = LastingFlow(B_V4, FLOW_SECONDS), LastingPings(B_V4)
+    def under_tcp(self, *events, unharmed=()):
+        """What a flow has to tell of events, each of which gives what it has to tell. On paths that are unharmed not a
+        ping may be lost, to B, to R2's loopback and back, or from A to B only."""
+        heard = echo_requests()
+        flow, pings = LastingFlow(B_V4, FLOW_SECONDS), {TO_B: LastingPings(B_V4), TO_R2: LastingPings(R2, A_PEER)}
         told = [event() for event in events]
-        return f"{', '.join(told)}; packets were away for {pings.end():.1f} s; {told_of(flow.end())}"
+        told.append(told_of(flow.end()))
+        counted = {path: each.end() for path, each in pings.items()}
+        sent, lost = counted[TO_B]
+        counted[ONLY_TO_B] = sent, sent - (echo_requests() - heard)
+        harmed = [f"{counted[path][1]} of {counted[path][0]} pings {path} were lost" for path in unharmed
+                  if counted[path][1]]
+        if harmed:
+            raise Failure(f"{', '.join(harmed)}: {', '.join(told)}")
+        whole = [f"none of {counted[path][0]} pings {path} lost" for path in unharmed]
+        return "; ".join([", ".join(told[:-1]), f"packets were away for {PING_SECONDS * lost:.1f} s", *whole, told[-1]])
 
     def link_down(self):
         """The first link is silent: nobody tells the routers, who have to notice."""
@@ -148,12 +169,41 @@ class Routers:
         ip("card", "link set eth2 up")
         return self.timed("agreed on the first again", self.agreed)
 
+    def restart_ospf(self):
+        """The card's OSPF has told its neighbours that it comes back, and to zebra that its routes are to stay."""
+        return self.timed("as before", self.prepare, lambda: self.r1.frr.restart("ospfd"), self.ospf_is_back)
+
     def restart_frr(self):
-        return self.timed("all was told again", self.r1.frr.restart, self.agreed)
+        return self.timed("all was told again", self.prepare, self.r1.frr.restart, self.ospf_is_back)
+
+    def restart_own_ldp(self):
+        return self.timed("labels again", lambda: self.r1.frr.restart("ldpd"), self.agreed_at_last)
 
     def restart_ldp(self):
         """The neighbour's labels go and come."""
         return self.timed("labels again", lambda: self.r2.frr.restart("ldpd"), self.agreed)
+
+    def prepare(self):
+        self.r1.frr.show("graceful-restart prepare ip ospf")
+
+    def ospf_is_back(self):
+        wait_for(lambda: self.r1.frr.show("show ip ospf neighbor").count("Full/") == 2, "OSPF's neighbours", FLOW_SECONDS,
+                 LOOK_SECONDS)
+        wait_for(lambda: "graceful restart" not in self.r1.frr.show("show ip ospf"), "the end of OSPF's restart",
+                 FLOW_SECONDS, LOOK_SECONDS)
+        self.agreed_at_last()
+
+    def agreed_at_last(self):
+        """Waits until all is as before and nothing more is told."""
+        self.agreed()
+        told = [None]
+
+        def nothing_more():
+            told.append(self.card.rows("show control-plane")[0]["messages"])
+            return told[-2] == told[-1]
+
+        wait_for(nothing_more, "FRR's last word", FLOW_SECONDS, QUIET_SECONDS)
+        self.agreed()
 
     def change_label(self):
         """B's network goes and comes back after another one, which gets its label."""
@@ -180,23 +230,29 @@ class Routers:
 
 
 NAMES = ("labels that LDP and BGP chose", "a link goes down and comes back under TCP",
-         "FRR is killed and restarts under TCP", "the neighbour's LDP restarts under TCP", "a label changes under TCP",
-         "labels after all that")
+         "OSPF restarts gracefully under TCP", "LDP restarts under TCP", "FRR is killed and restarts under TCP",
+         "the neighbour's LDP restarts under TCP", "a label changes under TCP", "labels after all that")
 
 
 def run_cases(report, softcard):
     routers = Routers(softcard)
-    chosen, link, restart, ldp_restart, change, after = NAMES
+    chosen, link, ospf_restart, own_ldp_restart, restart, ldp_restart, change, after = NAMES
 
     def exchanged():
         return exchange(ToB, None, None)
 
     Echo()
     try:
+        routers.agreed()
         report.case(chosen, exchanged, routers.agreed, routers.expected, ToB.to)
-        for name, *events in ((link, routers.link_down, routers.link_up), (restart, routers.restart_frr),
-                              (ldp_restart, routers.restart_ldp), (change, routers.change_label)):
-            report.case(name, lambda: routers.under_tcp(*events), routers.agreed)
+        for name, unharmed, *events in (
+                (link, (), routers.link_down, routers.link_up),
+                (ospf_restart, (TO_B, TO_R2), routers.restart_ospf),
+                (own_ldp_restart, (TO_R2,), routers.restart_own_ldp),
+                (restart, (TO_R2, ONLY_TO_B), routers.restart_frr),
+                (ldp_restart, (TO_R2,), routers.restart_ldp),
+                (change, (TO_R2,), routers.change_label)):
+            report.case(name, lambda: routers.under_tcp(*events, unharmed=unharmed))
         report.case(after, exchanged, routers.agreed, routers.expected, ToB.to)
     finally:
         routers.stop()

@@ -2,13 +2,13 @@
 import json
 import pathlib
 import re
-import signal
 import subprocess
 
 from namespaces import SECONDS, Failure, inside, run, start
-from topology import HOST_MTU, version_of
+from topology import A_V4, HOST_MTU, version_of
 
 STREAM = pathlib.Path(__file__).with_name("stream.py")
+PINGS_PROGRAM = pathlib.Path(__file__).with_name("pings.py")
 FLOW_SECONDS = 10  # without a byte, after which a flow is given up
 LASTING_FLOW_SECONDS = 30  # the same of one that waits for a switch: TCP tries less and less often
 PINGS = 3
@@ -93,13 +93,12 @@ class LastingFlow:
 class LastingPings:
     """Pings that go on until they are ended: TCP waits ever longer after a loss, they do not."""
 
-    def __init__(self, address):
-        self.process = start("ping", "-q", "-n", "-i", PING_SECONDS, address, namespace="a", stdin=subprocess.DEVNULL,
-                             stdout=subprocess.PIPE, text=True)
+    def __init__(self, address, source=A_V4):
+        self.process = start("python3", "-B", PINGS_PROGRAM, address, source, PING_SECONDS, namespace="a",
+                             stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
 
     def end(self):
-        """For how many seconds in all nothing came back."""
-        self.process.send_signal(signal.SIGINT)
+        """How many were sent and how many of them never came back."""
         printed, _ = self.process.communicate(timeout=SECONDS)
-        sent, received = map(int, re.search(r"(\d+) packets transmitted, (\d+) received", printed).groups())
-        return PING_SECONDS * (sent - received)
+        told = json.loads(printed)
+        return told["sent"], told["lost"]

@@ -10,21 +10,10 @@ import time
 
 HERE = pathlib.Path(__file__).parent
 sys.path.insert(0, str(HERE.parent))
-from frr import Frr  # noqa: E402
-from namespaces import FOLDER, add_namespace, ip, link, prepare, run, start, stop, wait_for  # noqa: E402
+from full_table import FullTable  # noqa: E402
+from namespaces import FOLDER, prepare, run, start, stop, wait_for  # noqa: E402
 
 QUIET = 4  # seconds after which zebra has said all
-ROUTER, NEIGHBOUR = "203.0.113.1", "203.0.113.100"
-
-
-class Here:
-    """A network namespace, for Frr: the machine's kernel has to know no labels for these routes."""
-
-    def __init__(self, name):
-        self.name = name
-
-    def tell(self, command):
-        return run("sh", "-c", command, namespace=self.name, seconds=60)
 
 
 def whole(path):
@@ -40,38 +29,27 @@ def whole(path):
 
 
 def table(target, name, objects, routes, next_hops):
-    add_namespace(name)
-    add_namespace(f"{name}-n")
-    link((name, "r0"), (f"{name}-n", "n0"), 1500)
-    ip(name, f"addr add {ROUTER}/24 dev r0")
-    ip(f"{name}-n", f"addr add {NEIGHBOUR}/24 dev n0")
+    full = FullTable(name)
     streams = FOLDER / f"{name}-streams"
     streams.mkdir()
     recorder = start("python3", "-B", HERE / "record.py", "127.0.0.1", 2620, streams, namespace=name,
                      stdout=subprocess.PIPE, text=True)
     assert recorder.stdout.readline() == "ready\n"
-    frr = Frr(Here(name), "127.0.0.1", objects)
+    full.run(objects)
     wait_for((streams / "1").exists, "zebra's connection")
-    frr.start("bgpd", settings=["router bgp 65001", "no bgp ebgp-requires-policy",
-                                f"neighbor {NEIGHBOUR} remote-as 65002", f"neighbor {NEIGHBOUR} passive"])
-    speaker = start("python3", "-B", HERE / "bgp_speaker.py", NEIGHBOUR, ROUTER, routes, next_hops, namespace=f"{name}-n",
-                    stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
     begin = time.monotonic()
+    full.announce(routes, next_hops)
     seconds = {"live": whole(streams / "1")}
     print(f"{name}: {time.monotonic() - begin - QUIET:.2f} s from the first announcement to the last route told")
-    print(frr.show("show ip route summary"))
-    frr.configure("no fpm address")
-    frr.configure("fpm address 127.0.0.1")
+    print(full.frr.show("show ip route summary"))
+    full.connect_again()
     seconds["resync"] = whole(streams / "2")
     for number, kind in enumerate(seconds, 1):
         path = target / f"{routes}-{name}-{kind}"
         path.write_bytes((streams / str(number)).read_bytes())
         said = f"{path.name}: {path.stat().st_size} bytes, {seconds[kind]:.2f} s from zebra's first byte to its last"
         print(said, flush=True)
-    for daemon in ("bgpd", "zebra"):
-        frr.kill(daemon)
-    speaker.kill()
-    stop(speaker)
+    full.stop()
     stop(recorder)
     run("rm", "-r", streams)
 
