@@ -9,8 +9,8 @@ from namespaces import add_namespace, ip, link
 from topology import CARD_TO_A, CARD_TO_PEER, LINK_MTU
 
 FPM_ADDRESS, PROCESSOR_ADDRESS = "10.255.0.1", "10.255.0.2"  # of the card and of its route processor, for the FPM
-FPM_NETWORK = "10.255.0.0/24"  # none of the card's
 PORTS = ("eth1", "eth2", "eth3", "eth4")
+FPM_INTERFACE = 2 + len(PORTS)  # the processor's number of it, after its loopback and the ports
 MEGABYTES = 128
 QUIET = 10  # seconds after which the card forgets what a new FPM has not told again
 SCENARIOS = pathlib.Path(__file__).with_name("scenarios")

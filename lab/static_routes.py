@@ -9,7 +9,7 @@ from cases import BACK_PLAIN, FROM_A, Case, hairpin, out, paths
 from changes import of_ipv4, told_of
 from namespaces import Failure, wait_for
 from neighbour import Neighbour, of_card, of_switch
-from routers import FPM_ADDRESS, FPM_NETWORK, PORTS, QUIET, build_processor, processor, start_card
+from routers import FPM_ADDRESS, FPM_INTERFACE, PORTS, QUIET, build_processor, processor, start_card
 from topology import A_V4, A_V6, B_V4, PEER_LINKS
 from traffic import Echo, LastingFlow, exchange
 
@@ -186,8 +186,10 @@ def tell_what_cannot_be(frr, card):
 
 
 def unresolved(card):
-    """The reasons, but for the link to the FPM, which is none of the card's."""
-    return {row["what"]: row["reason"] for row in card.rows("show unresolved") if row["what"] != f"route {FPM_NETWORK}"}
+    """The reasons, but for the link to the FPM, which is none of the card's: its network is told, and so is the network
+    of all links' own addresses, on whichever interface zebra chose last."""
+    return {row["what"]: row["reason"] for row in card.rows("show unresolved")
+            if row["reason"] != f"no statement says what interface {FPM_INTERFACE} is on the card"}
 
 
 def notice(frr, card):

@@ -19,7 +19,7 @@ struct LargePages {
 
   LargePages() = default;
   template <typename Other>
-  LargePages(const LargePages<Other>&) {}
+  explicit LargePages(const LargePages<Other>&) {}
 
   T* allocate(std::size_t count) {
     if (!IsLarge(count)) return std::allocator<T>().allocate(count);

@@ -34,7 +34,7 @@ STANDARD = r"[a-z_]+|c[a-z]+(8|16|32)?|(assert|ctype|errno|float|inttypes|limits
 SYSTEM = r"cxxabi\.h|dlfcn\.h|fcntl\.h|malloc\.h|poll\.h|unistd\.h|sys/.*"
 PROTOCOLS = r"arpa/inet\.h|net/.*|netinet/.*"
 OTHERS = {
-    "softcard": PROTOCOLS,
+    "softcard": rf"sys/mman\.h|{PROTOCOLS}",
     "calls": r"cxxabi\.h",  # names an exception's class
     "scenario": r"cxxabi\.h",
     "recorder": r"cxxabi\.h|dlfcn\.h|fcntl\.h|pthread\.h|unistd\.h|sys/.*",  # finds the platform that it stands in front of
