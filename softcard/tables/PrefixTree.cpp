@@ -75,19 +75,18 @@ void PutStep(IpAddress* address, unsigned depth, unsigned step) {
 
 PrefixTree::Match PrefixTree::Longest(IpAddress::Version version, const unsigned char* address) const {
   const Rest rest(version, address);
-  const uint32_t jump = jumps_.empty() ? kRoot : jumps_[rest.two_steps()];
-  const Match match = jump == kRoot ? Match{0, nullptr} : LongestBelow(jump, 2, rest.Behind(2));
-  return match.value ? match : LongestBelow(kRoot, 0, rest);
+  const Match match = jumps_.empty() ? Match{0, nullptr} : LongestBelow(jumps_[rest.two_steps()], 2, rest.Behind(2));
+  return match.value ? match : LongestBelow(nodes_[kRoot], 0, rest);
 }
 
-PrefixTree::Match PrefixTree::LongestBelow(uint32_t top, unsigned top_depth, Rest rest) const {
+PrefixTree::Match PrefixTree::LongestBelow(const Node& top, unsigned top_depth, Rest rest) const {
   struct Visited {
     const Node* node;
     unsigned step;
   };
   Visited path[kMostNodes];
   Visited* visited = path;
-  for (const Node* node = &nodes_[top];; ++visited, rest.Advance()) {
+  for (const Node* node = &top;; ++visited, rest.Advance()) {
     const unsigned step = rest.step();
     *visited = {node, step};
     if (!node->HasChild(step)) break;
@@ -107,25 +106,21 @@ PrefixTree::Match PrefixTree::LongestBelow(uint32_t top, unsigned top_depth, Res
 void PrefixTree::Prefetch(IpAddress::Version version, const unsigned char* address) const {
   if (jumps_.empty()) return;
   const Rest rest(version, address);
-  const uint32_t jump = jumps_[rest.two_steps()];
+  const Node& node = jumps_[rest.two_steps()];
   const unsigned step = rest.Behind(2).step();
-  const Node& node = nodes_[jump];
-  if (jump != kRoot && node.HasChild(step)) __builtin_prefetch(&nodes_[node.ChildAt(step)]);
+  if (node.HasChild(step)) __builtin_prefetch(&nodes_[node.ChildAt(step)]);
 }
 
 void PrefixTree::MakeJumps() {
-  jumps_.resize(std::size_t{kSteps} * kSteps, kRoot);
-  for (unsigned step = 0; step < kSteps; ++step) {
-    if (nodes_[kRoot].HasChild(step)) WriteJumps(step);
-  }
+  jumps_.resize(kJumps);
+  for (unsigned two_steps = 0; two_steps < jumps_.size(); ++two_steps) WriteJump(two_steps);
 }
 
-void PrefixTree::WriteJumps(unsigned first_step) {
-  const Node& node = nodes_[nodes_[kRoot].ChildAt(first_step)];
-  uint32_t child = node.first_child;
-  for (unsigned step = 0; step < kSteps; ++step) {
-    jumps_[first_step * kSteps + step] = node.HasChild(step) ? child++ : kRoot;
-  }
+void PrefixTree::WriteJump(unsigned two_steps) {
+  const auto child_of = [&](const Node& node, unsigned step) {
+    return node.HasChild(step) ? nodes_[node.ChildAt(step)] : Node();
+  };
+  jumps_[two_steps] = child_of(child_of(nodes_[kRoot], two_steps / kSteps), two_steps % kSteps);
 }
 
 bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {
@@ -138,27 +133,26 @@ bool PrefixTree::Set(const Prefix& prefix, uint32_t value) {
       const uint32_t first = nodes_.Insert(nodes_[index].first_child, Count(nodes_[index].children), at, Node());
       nodes_[index].first_child = first;
       nodes_[index].children |= uint64_t{1} << step;
-      if (depth == 1 && !jumps_.empty()) WriteJumps(Rest(prefix.address).step());
     }
     index = nodes_[index].first_child + at;
     rest.Advance();
   }
   Node& node = nodes_[index];
   const unsigned bit = BitOf(prefix.length, rest.step());
-  if (node.HasPrefix(bit)) {
-    (node.HasOnePrefix() ? node.first_value : values_[node.first_value + node.PrefixesBelow(bit)]) = value;
-    return false;
-  }
-  const unsigned count = node.PrefixCount();
-  if (count == 0) {
-    node.first_value = value;
-  } else {
+  const bool is_new = !node.HasPrefix(bit);
+  if (is_new) {
+    const unsigned count = node.PrefixCount();
     if (count == 1) node.first_value = values_.Insert(0, 0, 0, node.first_value);
-    node.first_value = values_.Insert(node.first_value, count, node.PrefixesBelow(bit), value);
+    if (count >= 1) node.first_value = values_.Insert(node.first_value, count, node.PrefixesBelow(bit), value);
+    node.FlipPrefix(bit);
   }
-  node.FlipPrefix(bit);
-  if (jumps_.empty() && nodes_.size() >= kLarge) MakeJumps();
-  return true;
+  (node.HasOnePrefix() ? node.first_value : values_[node.first_value + node.PrefixesBelow(bit)]) = value;
+  if (!jumps_.empty()) {
+    WriteJump(Rest(prefix.address).two_steps());
+  } else if (nodes_.size() >= kJumps) {
+    MakeJumps();
+  }
+  return is_new;
 }
 
 const uint32_t* PrefixTree::Find(const Prefix& prefix) const {
@@ -207,8 +201,8 @@ bool PrefixTree::Delete(const Prefix& prefix) {
     const uint32_t first = nodes_.Erase(parent.first_child, Count(parent.children), parent.ChildrenBelow(above.step));
     nodes_[above.index].first_child = first;
     nodes_[above.index].children ^= uint64_t{1} << above.step;
-    if (depth == 2 && !jumps_.empty()) WriteJumps(path[0].step);
   }
+  if (!jumps_.empty()) WriteJump(Rest(prefix.address).two_steps());
   return true;
 }
 

@@ -15,7 +15,8 @@ namespace softcard {
 /// A node stands for six bits of the address, its "step". Bit 2^l + p of its `prefixes` says that the prefix which goes
 /// on for l bits, of value p, is there; bit n of its `children`, that there are longer ones behind the step n. Children
 /// and numbers lie side by side in their order, so that counting the bits below gives the place. In a large tree, where
-/// nearly every address has them, the first two steps are one look in a table. A copy has everything of its own.
+/// nearly every address has them, the first two steps are one look in a table, of copies of the nodes there. A copy of
+/// the tree has everything of its own.
 class PrefixTree {
  public:
   struct Match {
@@ -47,8 +48,8 @@ class PrefixTree {
  private:
   static constexpr unsigned kStep = 6;
   static constexpr unsigned kSteps = 1U << kStep;
-  static constexpr unsigned kMostNodes = 128 / kStep + 1;  ///< on a way down
-  static constexpr std::size_t kLarge = 4096;  ///< in nodes: it takes eight times as much memory as the jumps
+  static constexpr unsigned kMostNodes = 128 / kStep + 1;              ///< on a way down
+  static constexpr std::size_t kJumps = std::size_t{kSteps} * kSteps;  ///< a tree with as many nodes is large
 
   class Rest;
 
@@ -90,18 +91,18 @@ class PrefixTree {
   }
 
   /// The longest prefix of an address in the node `top`, at this depth, and those below it.
-  Match LongestBelow(uint32_t top, unsigned top_depth, Rest rest) const;
+  Match LongestBelow(const Node& top, unsigned top_depth, Rest rest) const;
 
-  /// Begins to keep the nodes that two steps lead to.
+  /// Begins to keep copies of the nodes that two steps lead to.
   void MakeJumps();
-  /// Writes those behind a first step, whose node has got other children.
-  void WriteJumps(unsigned first_step);
+  /// Copies the node that two steps lead to, which may have changed, come or gone.
+  void WriteJump(unsigned two_steps);
 
   void Visit(uint32_t index, unsigned depth, IpAddress* address, const Visitor& visit) const;
 
   BlockPool<Node> nodes_;
   BlockPool<uint32_t> values_;
-  std::vector<uint32_t> jumps_;  ///< by the first two steps the node there, or the root; empty while the tree is small
+  std::vector<Node> jumps_;  ///< by the first two steps; empty while the tree is small
 };
 
 }  // namespace softcard

@@ -235,6 +235,11 @@ TEST(RouteTableTest, ATableThatGrowsLargeAndShrinksAndGrowsAgainGivesWhatAListWo
         EXPECT_EQ(routes.count(), 1U);
       }
     }
+    for (auto& [prefix, destination] : list.rows) {
+      ASSERT_EQ(routes.Set(1, {address_of(prefix.second), prefix.first}, ++destination), BCM_E_NONE);
+      const auto route = routes.Find(1, version, address_of(prefix.second).bytes.data());
+      ASSERT_EQ(std::to_string(route.length) + ": " + std::to_string(*route.value), list.Found(prefix.second));
+    }
   }
 }
 
