@@ -70,6 +70,11 @@ class NewRooms(Tree):
         self.write("src/module/Module.cpp", '#include "../../attic/Attic.h"\n')
         self.refuses("attic/Attic.h:1", "scripts/tidy", self.root / "build")
 
+    def test_but_tests_are_linted_on_demand(self):
+        self.write("tests/AtticTest.cpp", "bool Same(bool a) {\n  return a == true;\n}\n")
+        self.passes("scripts/tidy", self.root / "build")
+        self.refuses("tests/AtticTest.cpp:2", "scripts/tidy", "--all", self.root / "build")
+
     def test_cannot_escape_the_analyzers(self):
         self.passes("scripts/analyze")
         self.write("attic/Attic.cpp", "int Last() {\n  int numbers[2] = {1, 2};\n  return numbers[2];\n}\n")

@@ -166,6 +166,24 @@ case $case in
     (cd "$work" && "$caller" run --quiet --record scenario.rec "${arguments[0]}/vlan/install-station-refused.scn") >/dev/null
     "$caller" scenario "$work/scenario.rec" >"$work/made.scn"
     holds "$work/made.scn" "fail MyStationManager::InsertMyStationVlanEntry result=-6"
+    # Made short, it has what the refusal needs, or a difference, or any one request; and what cannot be is refused.
+    "$caller" scenario "$work/scenario.rec" --minimise -o "$work/short.scn" || fail "a refusal is not made short"
+    "$caller" run --quiet "$work/short.scn" >"$work/out.txt" 2>&1 || { fail "the short refusal differs"; cat "$work/out.txt"; }
+    holds "$work/short.scn" "fail MyStationManager::InsertMyStationVlanEntry result=-6"
+    "$caller" scenario "$recording" --minimise -o "$work/short.scn" || fail "a difference is not made short"
+    "$caller" run --quiet "$work/short.scn" >"$work/out.txt" 2>&1
+    [ $? = 1 ] || fail "exit status of a difference made short is not 1"
+    holds "$work/out.txt" "CreateIngress(unit=0, vrf=7, flags=0x0)"
+    line=$(grep -n " install-mpls " "$work/ids.rec" | head -n 1 | cut -d: -f1)
+    "$caller" scenario "$work/ids.rec" --minimise --line "$line" -o "$work/short.scn" || fail "no scenario of line $line"
+    holds "$work/short.scn" "install-mpls "
+    "$caller" scenario "$work/ids.rec" --minimise --line 3 >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status of a line without a request is not 2"
+    holds "$work/out.txt" "has no request in line 3"
+    sed -n "1,$((line - 1))p" "$work/ids.rec" >"$work/well.rec"
+    "$caller" scenario "$work/well.rec" --minimise >"$work/out.txt" 2>&1
+    [ $? = 2 ] || fail "exit status of a recording without a refusal is not 2"
+    holds "$work/out.txt" "has no request that was refused"
     "$caller" scenario "$work/nowhere.rec" >"$work/out.txt" 2>&1
     [ $? = 2 ] || fail "exit status of a missing recording is not 2"
     "$caller" scenario "${arguments[0]}/packets.scn" >"$work/out.txt" 2>&1
