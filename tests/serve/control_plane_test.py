@@ -115,6 +115,13 @@ ctl("clear-faults")
 answer = wait_for("way=push labels=100", "show nexthops")
 assert "refused" not in ctl("show unresolved"), ctl("show unresolved")
 
+# A routing table is nobody's until a statement says so.
+peer.sendall((streams / "inline-vrf").read_bytes())
+wait_for('route 198.51.101.0/24: table=10 reason="no vrf-device statement says whose table 10 is"', "show unresolved")
+ctl("vrf-device 6 vrf=7 table=10")
+assert "route 198.51.101.0/24: vrf=7" in ctl("show routes"), ctl("show routes")
+assert "table 10 is" not in ctl("show unresolved"), ctl("show unresolved")
+
 # When it has gone all stays; the next one tells a part, and the rest goes after a quiet second.
 peer.close()
 wait_for("control-plane none", "show control-plane")

@@ -63,6 +63,10 @@ assert b.receive() == tagged(100, labels + packet("192.0.2.9", "198.51.100.7", t
 # Back: the tag comes beside the frame, and the native VLAN leaves without one.
 b.send(tagged(100, packet("198.51.100.7", "192.0.2.9")))
 assert a.receive() == plain(packet("198.51.100.7", "192.0.2.9", ttl=63), HOST, ROUTER)
+card.ask("no-native eth1")
+b.send(tagged(100, packet("198.51.100.7", "192.0.2.9")))
+assert a.receive() == tagged(100, packet("198.51.100.7", "192.0.2.9", ttl=63), HOST, ROUTER)
+card.ask("native eth1 vlan=100")
 # Frames as long as they get.
 a.send(plain(packet("192.0.2.9", "198.51.100.7", size=8900)))
 assert len(b.receive()) == 14 + 4 + 8 + 8900
