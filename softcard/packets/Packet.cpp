@@ -11,7 +11,8 @@ constexpr std::size_t kIpv4Checksum = 10;
 constexpr std::size_t kIpv6HopLimit = 7;
 constexpr std::size_t kLabelTtl = 3;
 
-/// FNV-1a, which reads bytes and so is the same on every host.
+/// FNV-1a, which reads bytes and so is the same on every host. What the last bytes have changed is mixed into its upper
+/// bits at the end.
 class Hash {
  public:
   Hash& Add(const unsigned char* at, std::size_t size) {
@@ -22,7 +23,7 @@ class Hash {
     value_ = (value_ ^ byte) * 16777619U;
     return *this;
   }
-  uint32_t value() const { return value_; }
+  uint32_t value() const { return (value_ ^ value_ >> 15) * 0x2C1B3C6DU; }
 
  private:
   uint32_t value_ = 2166136261U;

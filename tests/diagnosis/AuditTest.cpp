@@ -8,6 +8,7 @@
 #include "diagnosis/Statements.h"
 #include "scenario/Run.h"
 #include "scenario/Session.h"
+#include "tests/diagnosis/Setups.h"
 
 using diagnosis::Attempt;
 using diagnosis::Finding;
@@ -17,10 +18,6 @@ using diagnosis::Situation;
 using Lines = std::vector<std::string>;
 
 namespace {
-
-#define VLAN "install-vrf 1", "install-vrf 2", "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"
-#define HOST "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09"
-#define PUSH "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=100,200 caps=push"
 
 class AnAudit : public testing::Test {
  protected:

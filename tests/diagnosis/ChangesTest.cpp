@@ -11,8 +11,8 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-#define VLAN "install-vrf 1\ninstall-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01\n"
-#define PUSH "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=100 caps=push\n"
+const std::string kVlanAndVrf = "install-vrf 1\ninstall-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01\n";
+const std::string kTunnel = "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=100 caps=push\n";
 
 /// Keeps the tables that are shown.
 struct Tables : scenario::Observer {
@@ -77,7 +77,8 @@ TEST_F(ARun, KnowsTheRowsThatEachRequestTookAndPut) {
                                       for (const auto& row : told_changes.put) lines.push_back("+ " + NameOf(row));
                                       told.emplace_back(step.line, lines);
                                     });
-  Run(VLAN PUSH "replace-vlan 10 lim=vlan200 vrf=1 mtu=1500 mac=00:00:5e:00:01:01\ndestroy-mpls 31\ndestroy-mpls 30\n",
+  Run(kVlanAndVrf + kTunnel +
+          "replace-vlan 10 lim=vlan200 vrf=1 mtu=1500 mac=00:00:5e:00:01:01\ndestroy-mpls 31\ndestroy-mpls 30\n",
       changes);
   const std::vector<std::pair<unsigned, Lines>> expected = {
       {1, {"+ vrf 1"}},
@@ -123,10 +124,10 @@ TEST_F(ARun, TellsOfEveryRowThatTheWholeCardsComparisonTells) {
     followed = diagnosis::Without(followed, told.took);
     followed.insert(followed.end(), told.put.begin(), told.put.end());
   });
-  Run(VLAN PUSH
-      "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09\nfail IntfManager::UpdateIntf result=BCM_E_FAIL\n"
-      "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=16,17 caps=swap\n"
-      "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=16 caps=swap\n",
+  Run(kVlanAndVrf + kTunnel +
+          "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09\nfail IntfManager::UpdateIntf result=BCM_E_FAIL\n"
+          "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=16,17 caps=swap\n"
+          "replace-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=16 caps=swap\n",
       changes);
   const auto all = diagnosis::AllRows(softcard::Card::Get());
   EXPECT_TRUE(diagnosis::Without(all, followed).empty());
@@ -134,9 +135,10 @@ TEST_F(ARun, TellsOfEveryRowThatTheWholeCardsComparisonTells) {
 }
 
 TEST_F(ARun, IsComparedWithAnotherDestinationByDestination) {
-  const diagnosis::Rows before = After(VLAN "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09\ninstall-vrf 3\n");
-  const diagnosis::Rows after = After(VLAN "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:0a\n" PUSH
-                                           "replace-vlan 10 lim=vlan100 vrf=1 mtu=9000 mac=00:00:5e:00:01:02\n");
+  const diagnosis::Rows before =
+      After(kVlanAndVrf + "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09\ninstall-vrf 3\n");
+  const diagnosis::Rows after = After(kVlanAndVrf + "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:0a\n" +
+                                      kTunnel + "replace-vlan 10 lim=vlan100 vrf=1 mtu=9000 mac=00:00:5e:00:01:02\n");
   Lines lines;
   for (const auto& group : diagnosis::ByDestination(before, after)) {
     for (const auto& [took, put] : group.rows) {

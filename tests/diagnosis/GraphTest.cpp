@@ -5,14 +5,12 @@
 
 #include "diagnosis/Attempt.h"
 #include "diagnosis/Graph.h"
+#include "tests/diagnosis/Setups.h"
 #include "tests/scenario/Parsed.h"
 
 namespace {
 
 using Lines = std::vector<std::string>;
-
-#define VLAN "install-vrf 1", "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"
-#define PUSH "install-mpls 30 vlan=10 lim=eth2 mac=02:00:00:00:00:09 labels=100,200 caps=push"
 
 class APicture : public testing::Test {
  protected:
@@ -61,11 +59,10 @@ TEST_F(APicture, NamesEveryKindOfTunnel) {
 }
 
 TEST_F(APicture, ShowsFindingsInRed) {
-  const std::string moved = After({VLAN, "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09",
-                                   "replace-vlan 10 lim=vlan200 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"});
+  const std::string moved = After({VLAN, HOST, "replace-vlan 10 lim=vlan200 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"});
   EXPECT_TRUE(Has(moved, R"(host 20\nits egress object is on VLAN 100, its interface on VLAN 200", color="#b00020")"));
   EXPECT_TRUE(Has(moved, R"("loose station 100" [label="station 100\nno record accounts for it", color="#b00020")"));
-  const std::string gone = After({VLAN, "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09", "destroy-vlan 10"});
+  const std::string gone = After({VLAN, HOST, "destroy-vlan 10"});
   EXPECT_TRUE(Has(gone, R"("vlan 100" [label="VLAN 100\nof no destination")"));
   EXPECT_TRUE(Has(After({VLAN, "destroy-vrf 1"}), R"(label="VRF 1\nis gone")"));
 }
@@ -105,7 +102,7 @@ TEST_F(APicture, FoldsDestinationsThatAreAlike) {
 }
 
 TEST_F(APicture, OfOneDestinationHasItsObjects) {
-  const Lines lines = {VLAN, "install-host 20 vlan=10 lim=eth1 mac=02:00:00:00:00:09", PUSH};
+  const Lines lines = {VLAN, HOST, PUSH};
   const std::string dot = After(lines, 30);
   EXPECT_TRUE(Has(dot, R"("vlan 100" -> "intf")"));
   EXPECT_TRUE(Has(dot, R"("intf" -> "destination 30")"));

@@ -10,6 +10,13 @@
 #include "bcm/error.h"
 #include "softcard/Card.h"
 
+inline constexpr auto kNone = HAL_MPLS_CAPABILITY_NONE;
+inline constexpr auto kProtection = HAL_MPLS_CAPABILITY_PROTECTION;
+inline constexpr auto kSwap = HAL_MPLS_CAPABILITY_SWAP;
+inline constexpr auto kForward = HAL_MPLS_CAPABILITY_FORWARD;
+inline constexpr auto kPush = HAL_MPLS_CAPABILITY_PUSH;
+inline constexpr auto kVcLabel = HAL_MPLS_CAPABILITY_VC_LABEL;
+
 /// Runs the module on an empty software card and compares what the card saw.
 class ModuleTest : public ::testing::Test {
  protected:

@@ -4,13 +4,6 @@
 
 namespace {
 
-constexpr auto kNone = HAL_MPLS_CAPABILITY_NONE;
-constexpr auto kProtection = HAL_MPLS_CAPABILITY_PROTECTION;
-constexpr auto kSwap = HAL_MPLS_CAPABILITY_SWAP;
-constexpr auto kForward = HAL_MPLS_CAPABILITY_FORWARD;
-constexpr auto kPush = HAL_MPLS_CAPABILITY_PUSH;
-constexpr auto kVcLabel = HAL_MPLS_CAPABILITY_VC_LABEL;
-
 class MplsInstallTest : public ModuleTest {
  protected:
   int Install(const Labels& labels, const Capabilities& capabilities, ActionFlags action = HAL_ACTION_NONE,

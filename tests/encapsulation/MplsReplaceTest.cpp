@@ -8,13 +8,6 @@
 
 namespace {
 
-constexpr auto kNone = HAL_MPLS_CAPABILITY_NONE;
-constexpr auto kProtection = HAL_MPLS_CAPABILITY_PROTECTION;
-constexpr auto kSwap = HAL_MPLS_CAPABILITY_SWAP;
-constexpr auto kForward = HAL_MPLS_CAPABILITY_FORWARD;
-constexpr auto kPush = HAL_MPLS_CAPABILITY_PUSH;
-constexpr auto kVcLabel = HAL_MPLS_CAPABILITY_VC_LABEL;
-
 class MplsReplaceTest : public ModuleTest {
  protected:
   using Callback = std::function<void(int, unsigned int)>;

@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr auto kPush = HAL_MPLS_CAPABILITY_PUSH;
-constexpr auto kForward = HAL_MPLS_CAPABILITY_FORWARD;
 constexpr auto kMplsTunnel = TunnelObject::kTunnelTypeMpls;
 constexpr auto kNoTunnel = TunnelObject::kTunnelTypeNone;
 

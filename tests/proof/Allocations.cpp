@@ -7,11 +7,11 @@ namespace {
 
 long live = 0;
 long countdown = 0;
-bool failed = false;
+bool has_failed = false;
 
 void* Allocate(std::size_t size) {
   if (countdown > 0 && --countdown == 0) {
-    failed = true;
+    has_failed = true;
     throw std::bad_alloc();
   }
   void* const block = std::malloc(size > 0 ? size : 1);
@@ -34,10 +34,10 @@ long Live() { return live; }
 
 void FailNth(long nth) {
   countdown = nth;
-  failed = false;
+  has_failed = false;
 }
 
-bool HasFailed() { return failed; }
+bool HasFailed() { return has_failed; }
 
 }  // namespace allocations
 

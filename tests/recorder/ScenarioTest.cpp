@@ -8,11 +8,11 @@ using namespace recorder;
 
 namespace {
 
-const std::string kHeader =
+const std::string kBigEndianHeader =
     "card recording 1\nmodule 1.0.0\nmachine 32-bit big-endian\nunit 3\nbegun 2026-11-21T14:13:18.102030Z\n\n";
 
 std::string Scenario(const std::string& lines) {
-  std::istringstream in(kHeader + lines);
+  std::istringstream in(kBigEndianHeader + lines);
   Reader reader(in);
   ScenarioWriter writer(calls::kLimIdWords);
   writer.Begin(reader.header());
@@ -22,7 +22,7 @@ std::string Scenario(const std::string& lines) {
   return writer.text().substr(begin.size());
 }
 
-void ExpectRefusal(const std::string& lines, const std::string& begin) {
+void ExpectNoScenario(const std::string& lines, const std::string& begin) {
   try {
     Scenario(lines);
     ADD_FAILURE() << "a scenario was made of " << lines;
@@ -97,15 +97,15 @@ TEST(AScenarioOfARecording, RegistersAClientAnewWhenItDoesSomethingElse) {
 }
 
 TEST(AScenarioOfARecording, IsRefusedForWhatNoScenarioCanTell) {
-  ExpectRefusal("0 has destination 20 intf=1 egress=2\n", "destination 20 was installed before");
-  ExpectRefusal("0 client \"a b\" notify\n", "line 7: a client whose name is no plain word");
-  ExpectRefusal(
+  ExpectNoScenario("0 has destination 20 intf=1 egress=2\n", "destination 20 was installed before");
+  ExpectNoScenario("0 client \"a b\" notify\n", "line 7: a client whose name is no plain word");
+  ExpectNoScenario(
       "0 client a notify\n0 init\n0     client a is told id=20 port=1\n0     client a calls client \"b\\nc\" empty\n"
       "0   => 0\n",
       "line 9: a client whose name is no plain word");
-  ExpectRefusal("0 init\n0     fm_init() threw std::bad_alloc: std::bad_alloc\n0   => 0\n",
-                "line 8: a platform call that threw");
-  ExpectRefusal(
+  ExpectNoScenario("0 init\n0     fm_init() threw std::bad_alloc: std::bad_alloc\n0   => 0\n",
+                   "line 8: a platform call that threw");
+  ExpectNoScenario(
       "0 client a notify\n0 init\n0     client a is told id=20 port=1\n0     client a threw 7Strange: no "
       "std::exception\n0   => 0\n",
       "line 9: how the client a threw");

@@ -16,8 +16,6 @@ using softcard::Carried;
 using softcard::Way;
 using Action = softcard::LabelAction::Kind;
 
-const std::string kRouted = kToRouter + "0800 " + kIp64;
-
 class DropTest : public ::testing::Test {
  protected:
   /// A destination with this egress object.

@@ -18,7 +18,6 @@ using Action = softcard::LabelAction::Kind;
 std::string OutOf(const std::string& port, const std::string& frame) { return port + ": " + Text(Hex(frame)); }
 std::string Eth3(const std::string& frame) { return OutOf("eth3", frame); }
 
-const std::string kRouted = kToRouter + "0800 " + kIp64;
 const std::string kIpv6To = "20010db8000000000000000000000002";
 std::string Ipv6(const std::string& hop_limit) {
   return "6ab00000 0004 11" + hop_limit + " 20010db8000000000000000000000001 " + kIpv6To + " deadbeef";
@@ -258,27 +257,30 @@ TEST_F(ForwardingTest, AllPacketsOfAFlowLeaveByTheSameMemberOfALagAndFlowsAreSpr
   softcard::Tables& tables = card_.card.tables();
   ASSERT_EQ(tables.lags.Set(1001, {5, 6, 7}, tables.ports), 0);
   card_.Route("0.0.0.0", 0, card_.Host(card_.intf, PacketCard::kNoLabel, 0, 1001));
-  EXPECT_EQ(card_.Injected(kRouted).substr(0, 4), "eth6") << "the same on every host";
-  std::map<int, int> used;
-  for (unsigned int flow = 0; flow < 256; ++flow) {
-    Bytes frame = Hex(kRouted);
-    softcard::Put16(&frame[18 + 18], flow);  // the destination's lower half
-    const auto with_checksum = [](Bytes bytes) {
-      softcard::Put16(&bytes[18 + 10], 0);
-      softcard::Put16(&bytes[18 + 10], softcard::InternetChecksum(&bytes[18], 20));
-      return bytes;
-    };
-    const Way first = card_.Inject(with_checksum(frame));
-    ASSERT_EQ(first.fate, Way::Fate::kSent);
-    ++used[first.port];
-    frame[18 + 1] = 0;      // type of service
-    frame[18 + 4] ^= 0xFF;  // identification
-    frame[18 + 6] = 0x20;   // a first fragment
-    frame[18 + 8] = 9;      // TTL
-    EXPECT_EQ(card_.Inject(with_checksum(frame)).port, first.port);
+  EXPECT_EQ(card_.Injected(kRouted).substr(0, 4), "eth7") << "the same on every host";
+  const auto with_checksum = [](Bytes bytes) {
+    softcard::Put16(&bytes[18 + 10], 0);
+    softcard::Put16(&bytes[18 + 10], softcard::InternetChecksum(&bytes[18], 20));
+    return bytes;
+  };
+  for (const unsigned int protocol : {6, 17, 253}) {
+    std::map<int, int> used;
+    for (unsigned int flow = 0; flow < 256; ++flow) {
+      Bytes frame = Hex(kRouted);
+      frame[18 + 9] = static_cast<unsigned char>(protocol);
+      softcard::Put16(&frame[18 + 18], flow);  // the destination's lower half
+      const Way first = card_.Inject(with_checksum(frame));
+      ASSERT_EQ(first.fate, Way::Fate::kSent);
+      ++used[first.port];
+      frame[18 + 1] = 0;      // type of service
+      frame[18 + 4] ^= 0xFF;  // identification
+      frame[18 + 6] = 0x20;   // a first fragment
+      frame[18 + 8] = 9;      // TTL
+      EXPECT_EQ(card_.Inject(with_checksum(frame)).port, first.port);
+    }
+    EXPECT_EQ(used.size(), 3U);
+    for (const auto& port : used) EXPECT_GT(port.second, 60) << "of protocol " << protocol;
   }
-  EXPECT_EQ(used.size(), 3U);
-  for (const auto& port : used) EXPECT_GT(port.second, 60);
 }
 
 TEST_F(ForwardingTest, ALagWhoseMembersNobodyToldIsOnePort) {

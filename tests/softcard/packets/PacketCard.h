@@ -69,6 +69,7 @@ inline const std::string kToRouter = "00005e000101 020000000001 81000064 ";
 inline const std::string kToNextHop = "00005e000201 00005e000101 81000064 ";
 /// 192.0.2.1 to 198.51.100.1, precedence 5, four bytes of payload: as it comes, and as it is sent on.
 inline const std::string kIp64 = "45a00018 12340000 40117bcb c0000201 c6336401 deadbeef";
+inline const std::string kRouted = kToRouter + "0800 " + kIp64;
 inline const std::string kIp63 = "45a00018 12340000 3f117ccb c0000201 c6336401 deadbeef";
 
 #endif
