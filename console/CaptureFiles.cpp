@@ -8,8 +8,11 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <stdexcept>
 #include <utility>
+
+#include "softcard/LimId.h"
 
 namespace console {
 namespace {
@@ -20,6 +23,13 @@ constexpr int kMostBytes = 262144;  // of a frame, as capture files have it
 [[noreturn]] void Fail(const std::string& path, const char* reason) {
   throw std::runtime_error("cannot write captures: " + path + ": " + reason +
                            "; name a directory that can be written and has room");
+}
+
+bool IsCaptureOfPort(const std::filesystem::directory_entry& entry) {
+  const std::filesystem::path& path = entry.path();
+  if (entry.is_symlink() || !entry.is_regular_file() || path.extension() != ".pcap") return false;
+  const auto port = softcard::ReadLimId(path.stem().native());
+  return port && softcard::LimIdType(*port) != limid_type_l3_vlan && softcard::LimIdName(*port) == path.stem();
 }
 
 }  // namespace
@@ -39,6 +49,10 @@ CaptureFiles::CaptureFiles(std::string directory)
   if (file < 0) Fail(directory_, std::strerror(errno));
   close(file);
   unlink(probe.c_str());
+  // Of ports that see nothing this time, they would be taken for this run's.
+  for (const auto& entry : std::filesystem::directory_iterator(directory_)) {
+    if (IsCaptureOfPort(entry)) std::filesystem::remove(entry.path());
+  }
 }
 
 CaptureFiles::~CaptureFiles() = default;

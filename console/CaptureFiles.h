@@ -13,7 +13,7 @@ struct pcap_dumper;
 
 namespace console {
 
-/// What ports see, in capture files, DIRECTORY/eth1.pcap and so on.
+/// What ports see, in capture files, DIRECTORY/eth1.pcap and so on. Those that an earlier run left there go.
 class CaptureFiles {
  public:
   /// Makes the directory when there is none. Throws std::runtime_error when no file can be written there.

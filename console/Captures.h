@@ -11,7 +11,8 @@ namespace console {
 class CaptureFiles;
 
 /// Writes what ports see of a run into capture files, DIRECTORY/eth1.pcap and so on, what comes in as well as what
-/// leaves. Times are the run's own, in nanoseconds: a frame leaves half a microsecond after it came.
+/// leaves; those of an earlier run go. Times are the run's own, in nanoseconds: a frame leaves half a microsecond after
+/// it came.
 class Captures : public scenario::Observer {
  public:
   /// Makes the directory when there is none. Throws std::runtime_error when no file can be written there, or when this

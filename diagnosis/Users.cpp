@@ -35,10 +35,15 @@ Users::Users(const scenario::Fields& fields) {
     column = part.key;
   }
   if (value == nullptr) throw SyntaxError{fields.name().offset, "what is to be looked for is missing", usage};
+  // Where a popped label's frame goes, and what a LAG is made of, are ports as well.
+  const std::vector<std::string> columns =
+      column == "port" ? std::vector<std::string>{"port", "to", "ports"} : std::vector<std::string>{column};
   for (const TableDescription* table : softcard::Card::TableDescriptions()) {
     if (table->origin == softcard::Origin::kGiven) continue;
-    const auto filter = scenario::RowFilter::Make(*table, column, *value);
-    if (filter) filters_.push_back({table, *filter});
+    for (const std::string& name : columns) {
+      const auto filter = scenario::RowFilter::Make(*table, name, *value);
+      if (filter) filters_.push_back({table, *filter});
+    }
   }
 }
 

@@ -48,7 +48,7 @@ struct Statement {
 /// What `expect` is followed by.
 struct Expectation {
   using Read = std::function<Check(const Fields&, const Surroundings&)>;
-  enum class About { kRequest, kResult, kPacket, kCard };
+  enum class About { kStep, kModule, kResult, kPacket, kCard };
   enum Traits { kPlain = 0, kNegatable = 1, kHasBlock = 2 };
 
   std::string name;

@@ -52,10 +52,9 @@ void PacketStory::Tell(const softcard::Step& step) {
 /// The card cannot know what was asked of the module.
 void PacketStory::TellOf(const softcard::Row& row) {
   if (row.table != &softcard::kDestinationDescription) return;
-  const auto asked = run_.labels_asked.find(static_cast<unsigned>(std::get<std::int64_t>(row.key)));
-  if (asked == run_.labels_asked.end()) return;
-  const softcard::OddityStep oddity{std::to_string(asked->second) + " labels were asked for; the chip pushes " +
-                                    std::to_string(softcard::kMaxLabels) + " at most"};
+  const auto unused = run_.unused_labels.find(static_cast<unsigned>(std::get<std::int64_t>(row.key)));
+  if (unused == run_.unused_labels.end()) return;
+  const softcard::OddityStep oddity{unused->second};
   lines_.push_back({PacketNote{softcard::StepText(oddity, run_.card.tables().ports)}});
 }
 

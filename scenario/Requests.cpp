@@ -1,12 +1,12 @@
 #include "scenario/Requests.h"
 
+#include <string_view>
 #include <utility>
 
 #include "HalL3MplsEncapsulationInterface.h"
 #include "scenario/Run.h"
 #include "scenario/Statements.h"
 #include "scenario/Values.h"
-#include "softcard/Limits.h"
 
 namespace scenario {
 namespace {
@@ -81,9 +81,19 @@ std::vector<Enumeration> ToList(const Token& list, const char* what, const Names
   return result;
 }
 
-void KeepLabels(const Arguments& arguments, std::map<unsigned, std::size_t>* asked) {
-  asked->erase(arguments.id);
-  if (arguments.labels.size() > softcard::kMaxLabels) asked->emplace(arguments.id, arguments.labels.size());
+/// Labels that a request asks for and its capability does not take.
+void KeepUnused(const Arguments& arguments, std::map<unsigned, std::string>* unused) {
+  unused->erase(arguments.id);
+  const std::size_t asked = arguments.labels.size();
+  const auto keep = [&](std::size_t taken, const char* how) {
+    if (asked > taken) unused->emplace(arguments.id, "labels asked for: " + std::to_string(asked) + "; " + how);
+  };
+  for (const en_HalMplsCapabilities capability : arguments.mpls_capabilities) {
+    if (capability == HAL_MPLS_CAPABILITY_PUSH) keep(2, "a push takes the first two");
+    if (capability == HAL_MPLS_CAPABILITY_SWAP) keep(2, "a swap takes the first two");
+    if (capability == HAL_MPLS_CAPABILITY_VC_LABEL) keep(1, "a virtual circuit takes the first");
+    if (capability == HAL_MPLS_CAPABILITY_FORWARD) keep(0, "a forward takes none");
+  }
 }
 
 }  // namespace
@@ -124,7 +134,8 @@ void AddRequests(Language& language) {
                    return [&request, arguments = ReadRequest(fields, around.card)](Run& run) {
                      return run.performer.Perform([&] {
                        const int rv = request.make(*Module::GetInstance(), arguments);
-                       if (rv >= 0 && request.fields == kMplsFields) KeepLabels(arguments, &run.labels_asked);
+                       const bool of_destination = std::string_view(request.fields).substr(0, 2) == "ID";
+                       if (rv >= 0 && of_destination) KeepUnused(arguments, &run.unused_labels);
                        return RequestResult{RequestResult::Kind::kNumber, rv, ""};
                      });
                    };

@@ -45,7 +45,11 @@ RowFilter RowFilter::Read(const softcard::TableDescription& table, const Token& 
 bool RowFilter::Fits(const softcard::Row& row) const {
   const calls::Value& value = column_ < 0 ? row.key : row.values[static_cast<std::size_t>(column_)];
   const auto* const labels = std::get_if<calls::Labels>(&value);
-  if (labels == nullptr) return calls::Text(kind_, value, softcard::kLimIdNames) == text_;
+  if (labels == nullptr) {
+    const std::string text = calls::Text(kind_, value, softcard::kLimIdNames);
+    // Ports are a list.
+    return text == text_ || (',' + text + ',').find(',' + text_ + ',') != std::string::npos;
+  }
   return std::any_of(labels->begin(), labels->end(), [this](const auto& label) {
     return calls::Text(kind_, calls::ToValue(label.label), softcard::kLimIdNames) == text_;
   });

@@ -11,7 +11,8 @@
 
 namespace scenario {
 
-/// Which rows of a table have a value in a column, or as their key: "port=eth5". Of a stack of labels one has to be it.
+/// Which rows of a table have a value in a column, or as their key: "port=eth5". Of a stack of labels,
+/// or a list of ports, one has to be it.
 class RowFilter {
  public:
   /// Nothing when the table has no such column; "label" is a stack of labels, too. Throws SyntaxError for a value that

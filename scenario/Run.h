@@ -19,7 +19,7 @@ struct Run {
   Performer& performer;
   std::uint64_t clock =
       0;  ///< in nanoseconds, the same in every run: each packet comes a microsecond after the one before
-  std::map<unsigned, std::size_t> labels_asked{};  ///< by destination, where they are more than the chip pushes
+  std::map<unsigned, std::string> unused_labels{};  ///< by destination: that more were asked for than its way takes
   Trace last{};  ///< of the last request or packet, before the first one of the module's start
 };
 

@@ -128,6 +128,10 @@ class Checker {
                                              ? "no packet comes before this expectation of its way"
                                              : Quoted(past_.last_request) + " sends no packet"};
         }
+        if (statement.about == About::kModule && past_.is_packet) {
+          throw SyntaxError{name.offset,
+                            Quoted(past_.last_request) + " sends a packet, of which the module hears nothing"};
+        }
         if (statement.about == About::kResult && !past_.has_result && unusable_.empty()) {
           throw SyntaxError{name.offset, past_.last_request.empty()
                                              ? "no request comes before this expectation of its result"

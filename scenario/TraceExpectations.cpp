@@ -103,7 +103,7 @@ Check ReadNotification(const Fields& fields, const Surroundings& around) {
   };
 }
 
-/// Refuses the name of a drop that there is none of.
+/// Refuses the name of a drop that there is none of, and one without its reason, which no line is.
 void CheckDrop(const Token& way) {
   constexpr std::string_view kDropped = "dropped: ";
   if (way.text.substr(0, kDropped.size()) != kDropped) return;
@@ -116,10 +116,15 @@ void CheckDrop(const Token& way) {
   const auto fits = [&](const std::string& known) {
     return whole ? known == name : known.compare(0, name.size(), name) == 0;
   };
-  if (std::any_of(names.begin(), names.end(), fits)) return;
-  const std::size_t quote = way.quoted ? 1 : 0;
-  throw SyntaxError{way.offset + quote + kDropped.size(),
-                    "no packet is dropped by the name of " + Quoted(name) + Suggest(name, names)};
+  const std::size_t offset = way.offset + (way.quoted ? 1 : 0) + kDropped.size();
+  if (!std::any_of(names.begin(), names.end(), fits)) {
+    throw SyntaxError{offset, "no packet is dropped by the name of " + Quoted(name) + Suggest(name, names)};
+  }
+  const std::string_view reason = way.text.substr(kDropped.size() + name.size());
+  if (std::string_view(": ").substr(0, reason.size()) == reason) {
+    throw SyntaxError{offset,
+                      "the packet's line goes on with the reason: write \"dropped: " + std::string(name) + "*\""};
+  }
 }
 
 Check ReadPacket(const Fields& fields, const Surroundings& around) {
@@ -141,14 +146,14 @@ void AddTraceExpectations(Language& language) {
   language.Add("expect", "[no] WHAT...", "Fails the run unless it holds", Kind::kExpectation);
   language.AddExpectation("result", "NUMBER", "What the request returns", About::kResult, kPlain, ReadResult);
   language.AddExpectation("throw", "TEXT", "What the request throws", About::kResult, kPlain, ReadThrow);
-  language.AddExpectation("log", "[LEVEL] [TEXT]", "A log line", About::kRequest, kNegatable, ReadLog);
-  language.AddExpectation("call", "[CALL]", "A call: a function, or in quotes a whole call", About::kRequest,
-                          kNegatable, ReadCall);
-  language.AddExpectation("notification", "[CLIENT] [id=ID] [port=PORT]", "That a client is told", About::kRequest,
+  language.AddExpectation("log", "[LEVEL] [TEXT]", "A log line", About::kModule, kNegatable, ReadLog);
+  language.AddExpectation("call", "[CALL]", "A call: a function, or in quotes a whole call", About::kModule, kNegatable,
+                          ReadCall);
+  language.AddExpectation("notification", "[CLIENT] [id=ID] [port=PORT]", "That a client is told", About::kModule,
                           kNegatable, ReadNotification);
   language.AddExpectation("packet", "TEXT", "A step of the packet's way", About::kPacket, kNegatable, ReadPacket);
-  language.AddExpectation("trace", "", "Exactly these calls, log lines and notifications, in this order",
-                          About::kRequest, Expectation::kHasBlock, ReadTrace);
+  language.AddExpectation("trace", "", "Exactly these calls, log lines and notifications, in this order", About::kStep,
+                          Expectation::kHasBlock, ReadTrace);
 }
 
 }  // namespace scenario

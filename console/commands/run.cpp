@@ -174,7 +174,7 @@ void AddRun(CLI::App& app, Console& console) {
       run->add_flag("-s,--summary", options->summary, "Print a line for each request, or for several that are alike")
           ->excludes(quiet);
   run->add_flag("-a,--all-calls", options->all_calls, "Print what the module looks at, too");
-  run->add_flag("--hex", options->hex, "Print the bytes of frames that leave, too");
+  run->add_flag("--hex", options->hex, "Print the bytes of frames that leave, too")->excludes(quiet)->excludes(summary);
   CLI::Option* const json = run->add_flag("--json", options->json, "Print a JSON object a line, for programs")
                                 ->excludes(quiet)
                                 ->excludes(summary);

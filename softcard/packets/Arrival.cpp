@@ -38,8 +38,8 @@ void Walk::FromWire(int port) {
   if (vlan_id == kReservedVlan) return Malformed("VLAN 4095 is reserved");
   if (!IsMyStation(vlan_id, bytes)) {
     return Dropped(Drop::kNotRouted, [&] {
-      return "no my-station entry has " + calls::Text(calls::Kind::kMac, calls::ToValue(bytes)) + " on VLAN " +
-             std::to_string(vlan_id);
+      return "no my-station entry has " + calls::Text(calls::Kind::kMac, calls::ToValue(bytes)) +
+             (vlan_id == kNoVlan ? " without a VLAN" : " on VLAN " + std::to_string(vlan_id));
     });
   }
   const unsigned* const vrf = tables_.associations.Find(vlan_id);
@@ -108,10 +108,12 @@ void Walk::Labelled(unsigned vlan_vrf, View stack) {
     const StackEntry entry = GetEntry(stack.data);
     ttl = std::min(ttl, entry.ttl);
     LabelAction action = tables_.labels.Find(entry.label);
-    // An explicit null label that nobody gave a meaning ends the path in the VRF that it came in on.
-    const bool explicit_null = entry.label == kExplicitNullV4 || entry.label == kExplicitNullV6;
-    if (action.kind == LabelAction::Kind::kNone && explicit_null) action = {LabelAction::Kind::kPopVrf, vlan_vrf};
-    if (told() && action.kind != LabelAction::Kind::kNone) story_->Tell(MakeRow(entry.label, action, tables_.ports));
+    const bool has_row = action.kind != LabelAction::Kind::kNone;
+    if (has_row && told()) story_->Tell(MakeRow(entry.label, action, tables_.ports));
+    if (!has_row && (entry.label == kExplicitNullV4 || entry.label == kExplicitNullV6)) {
+      action = {LabelAction::Kind::kPopVrf, vlan_vrf};
+      if (told()) story_->Tell(ExplicitNullStep{entry.label, vlan_vrf});
+    }
 
     switch (action.kind) {
       case LabelAction::Kind::kNone:

@@ -117,11 +117,17 @@ PushedLabels Walk::LabelsFor(const Egress& egress, const LabelStack* initiator, 
   };
   if (egress.HasLabel()) push(egress.label, packet.exp, packet.ttl);
   if (!initiator) return labels;
+  std::optional<int> told_map;
   for (const bcm_mpls_egress_label_t& record : *initiator) {
     unsigned exp = record.exp;
     if (record.flags & BCM_MPLS_EGRESS_LABEL_EXP_REMARK) {
       const auto map = tables_.exp_maps.find(record.qos_map_id);
-      exp = map == tables_.exp_maps.end() ? packet.exp : map->second[packet.exp];
+      const bool mapped = map != tables_.exp_maps.end();
+      exp = mapped ? map->second[packet.exp] : packet.exp;
+      if (mapped && told() && told_map != record.qos_map_id) {
+        story_->Tell(ExpMapStep{record.qos_map_id, packet.exp, exp});
+        told_map = record.qos_map_id;
+      }
     }
     push(record.label, exp, record.flags & BCM_MPLS_EGRESS_LABEL_TTL_SET ? record.ttl : packet.ttl);
   }
@@ -146,7 +152,6 @@ std::optional<int> Walk::FindPort(int port, const Packet& packet) {
 int Walk::FindMember(int lag, const Packet& packet) {
   const std::vector<int>* const members = tables_.lags.Find(lag);
   if (!members) return lag;
-  // The hash's upper bits are the better mixed ones.
   const uint64_t place = uint64_t{FlowHash(packet)} * members->size() >> 32;
   const int chosen = (*members)[static_cast<std::size_t>(place)];
   if (told()) story_->Tell(MembersRow(lag, *members, tables_.ports));

@@ -23,6 +23,18 @@ struct OddityStep {
   std::string text;
 };
 
+/// A label's EXP, from a map of the card's description.
+struct ExpMapStep {
+  int map;
+  unsigned priority;  ///< the packet's
+  unsigned exp;
+};
+/// An incoming null label that has no row of its own ends the path in the VRF that it came in on.
+struct ExplicitNullStep {
+  unsigned label;
+  unsigned vrf;
+};
+
 struct EthernetLayer {
   MacAddress destination;
   MacAddress source;
@@ -61,8 +73,8 @@ struct DroppedStep {
 };
 
 /// A `Row` is the row of a table that decided.
-using Step = std::variant<ArrivalStep, Row, OddityStep, EthernetLayer, TagLayer, LabelLayer, IpLayer, PayloadLayer,
-                          SentStep, ToCpuStep, DroppedStep>;
+using Step = std::variant<ArrivalStep, Row, OddityStep, ExpMapStep, ExplicitNullStep, EthernetLayer, TagLayer,
+                          LabelLayer, IpLayer, PayloadLayer, SentStep, ToCpuStep, DroppedStep>;
 
 /// Whoever wants to hear it.
 class Story {

@@ -19,6 +19,12 @@ struct Printer {
   }
   std::string operator()(const Row& row) const { return Text(row); }
   std::string operator()(const OddityStep& step) const { return "at odds: " + step.text; }
+  std::string operator()(const ExpMapStep& step) const {
+    return "exp-map " + std::to_string(step.map) + ":" + Field("priority", step.priority) + Field("exp", step.exp);
+  }
+  std::string operator()(const ExplicitNullStep& step) const {
+    return "label " + std::to_string(step.label) + ": explicit null, popped; on in VRF " + std::to_string(step.vrf);
+  }
 
   std::string operator()(const EthernetLayer& layer) const {
     return "| ethernet" + Field("dst", layer.destination, calls::Kind::kMac) +

@@ -109,7 +109,7 @@ TEST_F(TheReport, TellsOfEachDestinationWhatItsPacketsGoThrough) {
   const Json& tunnel = destinations[2];
   EXPECT_EQ(tunnel["id"], 30);
   EXPECT_EQ(tunnel["kind"], "MPLS");
-  EXPECT_EQ(tunnel["chain"][1], "at odds: 3 labels were asked for; the chip pushes 2 at most");
+  EXPECT_EQ(tunnel["chain"][1], "at odds: labels asked for: 3; a push takes the first two");
   EXPECT_EQ(tunnel["chain"][5], "labels on the wire: 200 100");
   EXPECT_EQ(tunnel["packet"][5].get<std::string>().substr(0, 12), "| ethernet d");
 }

@@ -49,6 +49,8 @@ class AQuestion : public testing::Test {
 TEST_F(AQuestion, WhoUsesAPortIsAnsweredByEgressObjectsAndTheirDestinations) {
   EXPECT_EQ(Answer("who port=eth1"), (Names{"egress 100001", "egress 100003", "destination 20", "destination 30"}));
   EXPECT_EQ(Answer("who port=eth9"), Names{});
+  EXPECT_EQ(Answer("label 16 port eth9\nlabel 17 pop 1\nlag lag1 eth8,eth9\nlag lag2 eth19\nwho port=eth9"),
+            (Names{"label 16", "members lag1"}));
 }
 
 TEST_F(AQuestion, WhoUsesAnInterfaceIsAnsweredByAllThatGoesThroughIt) {

@@ -184,9 +184,11 @@ TEST_F(PacketsTest, WhatOtherModulesFillIsLeftOnTheCardAndWhatPacketsLeaveIsNot)
 }
 
 TEST_F(PacketsTest, TheExpComesThroughTheMapThatTheCardDescribes) {
-  EXPECT_EQ(Failures("card exp=7,6,5,4,3,2,1,0\n" + kRouter + "send 21 tos=0x20\n" +
-                     "expect packet \"| mpls label=100 exp=6 s=1 ttl=255\"\n"),
-            "");
+  EXPECT_EQ(
+      Failures("card exp=7,6,5,4,3,2,1,0\n" + kRouter + "send 21 tos=0x20\n" +
+               "expect packet \"| mpls label=100 exp=6 s=1 ttl=255\"\nexpect packet \"exp-map 1: priority=1 exp=6\"\n" +
+               "send 20\nexpect no packet \"exp-map*\"\n"),
+      "");
 }
 
 TEST_F(PacketsTest, ADestinationIsShownAsTheChainOfItsRows) {
@@ -220,11 +222,22 @@ TEST_F(PacketsTest, ADestinationIsShownAsTheChainOfItsRows) {
 TEST_F(PacketsTest, LabelsThatWereAskedForInVainAreToldOf) {
   const std::string asked =
       kRouter + "install-mpls 23 vlan=10 lim=eth2 mac=00:00:5e:00:02:02 labels=100,200,300 caps=push\n";
-  const std::string remark = "at odds: 3 labels were asked for; the chip pushes 2 at most";
+  const std::string remark = "at odds: labels asked for: 3; a push takes the first two";
   EXPECT_EQ(Failures(asked + "send 23\nexpect packet \"" + remark + "\"\nsend 21\nexpect no packet \"at odds*\"\n" +
                      "replace-mpls 23 vlan=10 lim=eth2 mac=00:00:5e:00:02:02 labels=100 caps=push\nsend 23\n" +
                      "expect no packet \"at odds*\"\n"),
             "");
+  EXPECT_EQ(Failures(asked + "destroy-mpls 23\ninstall-host 23 vlan=10 lim=eth2 mac=00:00:5e:00:02:02\nsend 23\n" +
+                     "expect no packet \"at odds*\"\n"),
+            "");
+  const std::pair<const char*, const char*> others[] = {
+      {"vc", "labels asked for: 2; a virtual circuit takes the first"},
+      {"forward", "labels asked for: 2; a forward takes none"}};
+  for (const auto& [capability, text] : others) {
+    EXPECT_EQ(Failures(kRouter + "install-mpls 23 vlan=10 lim=eth2 mac=00:00:5e:00:02:02 labels=100,200 caps=" +
+                       capability + "\nsend 23\nexpect packet \"at odds: " + text + "\"\n"),
+              "");
+  }
   const Observed observed(asked + "show destination 23\n");
   EXPECT_EQ(std::get<ShownChain>(observed.steps.back().content).lines[1], remark);
 }

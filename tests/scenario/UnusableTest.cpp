@@ -217,6 +217,14 @@ INSTANTIATE_TEST_SUITE_P(
         UnusableLine{"send 1\nexpect packet \"dropped: x*\"",
                      "2:25: no packet is dropped by the name of \"x\"; it is one of not-routed, no-route, no-label, "
                      "no-record, no-egress, no-interface, interface-gone, mtu, ttl, action, no-port, malformed"},
+        UnusableLine{"send 1\nexpect no packet \"dropped: mtu\"",
+                     "2:28: the packet's line goes on with the reason: write \"dropped: mtu*\""},
+        UnusableLine{"send 1\nexpect packet \"dropped: mtu: \"",
+                     "2:25: the packet's line goes on with the reason: write \"dropped: mtu*\""},
+        UnusableLine{"send 1\nexpect no log 3", "2:1: \"send\" sends a packet, of which the module hears nothing"},
+        UnusableLine{"send 1\nexpect no call fm_init",
+                     "2:1: \"send\" sends a packet, of which the module hears nothing"},
+        UnusableLine{"label 16 pop", "1:1: \"label\" needs a label and what becomes of it"},
         UnusableLine{"card exp=1,2", "1:10: exp= needs an EXP for each of the 8 priorities, such as 0,1,2,3,4,5,6,7"},
         UnusableLine{"card exp=0,1,2,3,4,5,6,8", "1:24: 8 does not fit; EXP is 0 ... 7"}),
     Name);

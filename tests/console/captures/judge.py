@@ -188,7 +188,10 @@ def main():
     subprocess.run(program + ["run", "--quiet", "--pcap", str(directory), scenario], check=True)
     first = {path.name: path.read_bytes() for path in directory.iterdir()}
     assert sorted(first) == sorted(port + ".pcap" for port in EXPECTED), sorted(first)
+    for name in ("eth48.pcap", "notes.pcap"):
+        (directory / name).write_bytes(b"of an earlier run")
     subprocess.run(program + ["run", "--quiet", "--pcap", str(directory), scenario], check=True)
+    (directory / "notes.pcap").unlink()
     assert {path.name: path.read_bytes() for path in directory.iterdir()} == first, "another run, other bytes"
 
     (directory / "eth2.pcap").unlink()

@@ -66,6 +66,14 @@ sent through eth3, 30 bytes
 )");
 }
 
+TEST_F(StoryTest, ANullLabelWithoutARowIsNoneOfATables) {
+  const std::string frame = kToRouter + "8847 00000140" + kIp64;
+  card_.Route("198.51.0.0", 16, card_.Host());
+  EXPECT_NE(card_.StoryOf(frame).find("\nlabel 0: explicit null, popped; on in VRF 1\n"), std::string::npos);
+  card_.Label(0, Action::kPopVrf, 1);
+  EXPECT_NE(card_.StoryOf(frame).find("\nlabel 0: action=pop-vrf to=1\n"), std::string::npos);
+}
+
 TEST_F(StoryTest, AVirtualCircuitCarriesAFrameInAFrame) {
   softcard::Tables& tables = card_.card.tables();
   tables.attachments.Set(7, card_.Vc(16), tables.ports);
