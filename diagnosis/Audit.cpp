@@ -1,6 +1,7 @@
 #include "diagnosis/Audit.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 
 #include "diagnosis/Holders.h"
@@ -32,7 +33,8 @@ class Keys {
 
 class Auditor {
  public:
-  Auditor(const softcard::Card& card, const Ledger& ledger) : tables_(card.tables()), ledger_(ledger) {
+  Auditor(const softcard::Card& card, const Ledger& ledger)
+      : tables_(card.tables()), records_(card.common().destination_id_correlators), ledger_(ledger) {
     ForEachHolder(card, ledger, [this](const Holder& holder) { Account(holder); });
     for (Keys* keys : {&intfs_, &egresses_, &vlans_}) keys->Sort();
     ForEachHolder(card, ledger, [this](const Holder& holder) {
@@ -47,6 +49,7 @@ class Auditor {
   std::vector<Finding> Findings() {
     CheckUnaccounted();
     CheckAssociations();
+    CheckWays();
     CheckHalfWritten();
     CheckSwitch();
     return std::move(findings_);
@@ -224,6 +227,24 @@ class Auditor {
     }
   }
 
+  /// What leads packets to a destination that there is none of.
+  void CheckWays() {
+    using Kind = softcard::LabelAction::Kind;
+    std::map<unsigned, unsigned long> ways;  // by destination
+    tables_.routes.ForEach([&](unsigned, const softcard::Prefix&, unsigned destination) { ++ways[destination]; });
+    tables_.labels.ForEach([&](unsigned, const softcard::LabelAction& action) {
+      if (action.kind == Kind::kDestination) ++ways[action.value];
+    });
+    for (const auto& [port, destination] : tables_.attachments.rows()) ++ways[destination];
+    for (const auto& [destination, count] : ways) {
+      const int id = static_cast<int>(destination);
+      if (records_.count(id) != 0) continue;
+      Add("destination " + std::to_string(destination),
+          "it is not installed; routes, labels and attached ports that lead there: " + std::to_string(count),
+          {{"destinations", id}}, "packets are dropped: there is no record", "its install, or other ways for them");
+    }
+  }
+
   /// Rows that are accounted for and yet have values of a request that failed.
   void CheckHalfWritten() {
     const auto check = [&](const char* row, const Place& place, const std::string& packet) {
@@ -262,6 +283,7 @@ class Auditor {
   }
 
   const softcard::Tables& tables_;
+  const std::map<int, DestinationIdCorrelator&>& records_;
   const Ledger& ledger_;
   std::vector<Finding> findings_;
   // What the records account for.

@@ -33,9 +33,7 @@ int LabelTable::Delete(unsigned label) {
 
 std::vector<Row> LabelTable::Rows(const Ports& ports) const {
   std::vector<Row> rows;
-  for (unsigned label = 0; label < rows_.size(); ++label) {
-    if (rows_[label].kind != LabelAction::Kind::kNone) rows.push_back(MakeRow(label, rows_[label], ports));
-  }
+  ForEach([&](unsigned label, const LabelAction& action) { rows.push_back(MakeRow(label, action, ports)); });
   return rows;
 }
 

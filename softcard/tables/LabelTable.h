@@ -39,6 +39,13 @@ class LabelTable {
   unsigned count() const { return count_; }
   unsigned size() const { return size_; }
   std::vector<Row> Rows(const Ports& ports) const;
+  /// Tells (label, action) of each in the order of the labels.
+  template <typename Visit>
+  void ForEach(const Visit& visit) const {
+    for (unsigned label = 0; label < rows_.size(); ++label) {
+      if (rows_[label].kind != LabelAction::Kind::kNone) visit(label, rows_[label]);
+    }
+  }
 
  private:
   unsigned size_;

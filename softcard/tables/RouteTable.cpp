@@ -1,7 +1,6 @@
 #include "softcard/tables/RouteTable.h"
 
 #include "bcm/error.h"
-#include "softcard/tables/Sorted.h"
 
 namespace softcard {
 
@@ -34,15 +33,9 @@ int RouteTable::Delete(unsigned vrf, const Prefix& prefix) {
 std::vector<Row> RouteTable::Rows() const {
   std::vector<Row> rows;
   rows.reserve(count_);
-  for (const auto& [vrf, trees] : Sorted(vrfs_)) {
-    const auto append = [&rows, vrf = vrf](IpAddress::Version version, const PrefixTree& tree) {
-      tree.ForEach(version, [&](const Prefix& prefix, uint32_t destination) {
-        rows.push_back(MakeRow(vrf, prefix, destination));
-      });
-    };
-    append(IpAddress::Version::k4, trees.v4);
-    append(IpAddress::Version::k6, trees.v6);
-  }
+  ForEach([&rows](unsigned vrf, const Prefix& prefix, unsigned destination) {
+    rows.push_back(MakeRow(vrf, prefix, destination));
+  });
   return rows;
 }
 

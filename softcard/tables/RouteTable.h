@@ -7,6 +7,7 @@
 #include "softcard/tables/Prefix.h"
 #include "softcard/tables/PrefixTree.h"
 #include "softcard/tables/Row.h"
+#include "softcard/tables/Sorted.h"
 
 namespace softcard {
 
@@ -39,6 +40,15 @@ class RouteTable {
   unsigned size() const { return size_; }
   /// By VRF, IP version and address, the shorter of two prefixes that begin alike first.
   std::vector<Row> Rows() const;
+  /// Tells (VRF, prefix, destination) of each route in that order. None may come or go meanwhile.
+  template <typename Visit>
+  void ForEach(const Visit& visit) const {
+    for (const auto& table : Sorted(vrfs_)) {
+      const auto tell = [&](const Prefix& prefix, uint32_t destination) { visit(table.first, prefix, destination); };
+      table.second.v4.ForEach(IpAddress::Version::k4, tell);
+      table.second.v6.ForEach(IpAddress::Version::k6, tell);
+    }
+  }
 
  private:
   struct Trees {

@@ -203,6 +203,23 @@ TEST_F(AnAudit, FindsAssociationsWhoseVrfIsGone) {
   EXPECT_EQ(Problems({VLAN, "destroy-vrf 1", "install-vrf 1"}), Lines{});
 }
 
+TEST_F(AnAudit, FindsDestinationsThatPacketsAreLedToAndThatAreGone) {
+  const Lines ways = {VLAN,
+                      HOST,
+                      "route 1 10.0.0.0/8 20",
+                      "route 1 2001:db8::/32 20",
+                      "label 16 20",
+                      "attach eth7 20",
+                      "label 17 pop 20"};
+  EXPECT_EQ(Problems(ways), Lines{});
+  const auto findings = After(Join(ways, {"destroy-host 20"}));
+  ASSERT_EQ(findings.size(), 1U);
+  EXPECT_EQ(findings[0].object, "destination 20");
+  EXPECT_EQ(findings[0].problem, "it is not installed; routes, labels and attached ports that lead there: 4");
+  EXPECT_EQ(findings[0].cause, "situation:10: destroy-host 20");
+  EXPECT_EQ(Problems(Join(ways, {"destroy-host 20", HOST})), Lines{});
+}
+
 TEST_F(AnAudit, KnowsRemediesThatRemedy) {
   EXPECT_EQ(Problems({"install-vrf 1", "fail IntfManager::CreateIntf result=BCM_E_FULL",
                       "install-vlan 10 lim=vlan100 vrf=1 mtu=1500 mac=00:00:5e:00:01:01"}),
