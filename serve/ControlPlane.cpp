@@ -1,5 +1,9 @@
 #include "serve/ControlPlane.h"
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
 #include <algorithm>
 #include <asio/buffer.hpp>
 #include <asio/post.hpp>
@@ -57,6 +61,23 @@ std::string Text(const Tcp::endpoint& endpoint) {
   return (endpoint.address().is_v6() ? '[' + address + ']' : address) + ':' + std::to_string(endpoint.port());
 }
 
+/// A peer whose machine has gone without a word is missed in half a minute.
+void KeepAlive(Tcp::socket& socket) {
+  constexpr std::pair<int, int> kOptions[] = {{TCP_KEEPIDLE, 10}, {TCP_KEEPINTVL, 5}, {TCP_KEEPCNT, 4}};
+  std::error_code ignored;
+  socket.set_option(asio::socket_base::keep_alive(true), ignored);
+  for (const auto& [name, value] : kOptions)
+    setsockopt(socket.native_handle(), IPPROTO_TCP, name, &value, sizeof value);
+}
+
+/// Whether the other side has ended the connection, of which not all may have been read.
+bool HasEnded(Tcp::socket& socket) {
+  tcp_info info{};
+  socklen_t size = sizeof info;
+  return getsockopt(socket.native_handle(), IPPROTO_TCP, TCP_INFO, &info, &size) != 0 ||
+         info.tcpi_state != TCP_ESTABLISHED;
+}
+
 }  // namespace
 
 ControlPlane::ControlPlane(asio::io_context& events, const std::string& address, std::chrono::seconds quiet,
@@ -66,6 +87,7 @@ ControlPlane::ControlPlane(asio::io_context& events, const std::string& address,
       quiet_(quiet),
       acceptor_(events),
       peer_(events),
+      next_(events),
       sweep_(events),
       pause_(events),
       received_(kBuffer) {
@@ -87,7 +109,8 @@ void ControlPlane::Accept() {
     if (error == asio::error::operation_aborted) return;
     if (!error) {
       Take(std::move(socket));
-      return Accept();
+      if (!next_.is_open()) Accept();
+      return;
     }
     // There is no descriptor left, for instance; others may be given back.
     pause_.expires_after(kPause);
@@ -102,6 +125,10 @@ void ControlPlane::Take(Tcp::socket socket) {
   const Tcp::endpoint from = socket.remote_endpoint(error);
   if (error) return;  // it has gone already
   const std::string name = Text(from);
+  if (peer_.is_open() && HasEnded(peer_)) {
+    next_ = std::move(socket);  // it waits until the rest of the other's words are read
+    return;
+  }
   if (peer_.is_open()) {
     say_("control plane " + name + " is turned away: " + peer_name_ + " is connected");
     asio::write(socket, asio::buffer("softcard: " + peer_name_ + " is connected, and there is one at a time\n"), error);
@@ -109,13 +136,11 @@ void ControlPlane::Take(Tcp::socket socket) {
   }
   say_("control plane " + name + " is connected");
   peer_ = std::move(socket);
-  peer_.set_option(asio::socket_base::keep_alive(true), error);
+  KeepAlive(peer_);
   peer_name_ = name;
   ++peers_;
   filled_ = 0;
-  router_.Begin();
-  sweep_is_due_ = true;
-  WaitForQuiet();
+  has_told_ = false;
   Read();
 }
 
@@ -131,6 +156,11 @@ void ControlPlane::Read() {
 
 void ControlPlane::Parse() try {
   const auto each = [this](const unsigned char* messages, std::size_t size) {
+    // Who says nothing takes nothing away.
+    if (!std::exchange(has_told_, true)) {
+      router_.Begin();
+      sweep_is_due_ = true;
+    }
     told_.clear();
     router::ReadMessages(messages, size, &told_, &unread_);
     messages_ += told_.size();
@@ -154,6 +184,9 @@ void ControlPlane::Leave(const std::string& why) {
   say_("control plane " + peer_name_ + " has gone" + why);
   sweep_is_due_ = false;
   sweep_.cancel();
+  if (!next_.is_open()) return;
+  Take(std::exchange(next_, Tcp::socket(next_.get_executor())));
+  Accept();
 }
 
 void ControlPlane::WaitForQuiet() {
@@ -161,6 +194,7 @@ void ControlPlane::WaitForQuiet() {
   sweep_.async_wait([this](std::error_code error) {
     // It may have been put off, or given up, since it was due.
     if (error || !sweep_is_due_ || sweep_.expiry() > std::chrono::steady_clock::now()) return;
+    if (filled_ > 0) return WaitForQuiet();  // it is in the middle of a word
     sweep_is_due_ = false;
     ++sweeps_;
     router_.Sweep();

@@ -48,6 +48,7 @@ class ControlPlane {
   const std::chrono::seconds quiet_;
   Tcp::acceptor acceptor_;
   Tcp::socket peer_;
+  Tcp::socket next_;  ///< who came when the peer had ended and not all of it was read
   asio::steady_timer sweep_;
   asio::steady_timer pause_;  ///< while no more can be accepted
   std::string peer_name_;
@@ -58,6 +59,7 @@ class ControlPlane {
   std::uint64_t peers_ = 0;
   std::uint64_t messages_ = 0;
   std::uint64_t sweeps_ = 0;
+  bool has_told_ = false;  ///< the peer, something
   bool sweep_is_due_ = false;
   bool settle_is_due_ = false;
 };

@@ -7,6 +7,7 @@
 #include "scenario/SyntaxError.h"
 #include "scenario/Values.h"
 #include "serve/Statements.h"
+#include "softcard/LimId.h"
 #include "softcard/Limits.h"
 
 namespace serve {
@@ -41,7 +42,12 @@ unsigned ToIfindex(const Fields& fields) {
 
 router::InterfaceValues ReadInterface(const Fields& fields, const softcard::CardDescription& card) {
   router::InterfaceValues values;
-  values.port = scenario::ToLimId(*fields.Find("lim"), card);
+  const Token& lim = *fields.Find("lim");
+  values.port = scenario::ToLimId(lim, card);
+  const unsigned type = softcard::LimIdType(values.port);
+  if (type != limid_type_ethernet && type != limid_type_lag) {
+    throw SyntaxError{lim.offset, "an interface is an Ethernet port's or a LAG's"};
+  }
   const long long vlan_id = scenario::ToNumber(*fields.Find("vlan"), "VLAN", 1, softcard::kLastVlan);
   values.vlan = softcard::LimId("vlan" + std::to_string(vlan_id));
   values.vrf = scenario::ToUnsigned(*fields.Find("vrf"), "VRF");
@@ -49,6 +55,9 @@ router::InterfaceValues ReadInterface(const Fields& fields, const softcard::Card
   const Token& mac = *fields.Find("mac");
   const auto address = scenario::ToMac(mac);
   if (!address) throw SyntaxError{mac.offset, "an interface has an address"};
+  if (((*address)[0] & 1) != 0 || *address == router::Mac{}) {
+    throw SyntaxError{mac.offset, "an interface's address is its own, not a group's and not all zeros"};
+  }
   values.mac = *address;
   return values;
 }
@@ -80,15 +89,19 @@ void AddRouterStatements(scenario::Language& language, Living& living) {
                });
   language.Add("no-interface", "IFINDEX", "It is nothing any more: what left through it goes to the CPU, or nowhere",
                Kind::kRequest, [&living](const Fields& fields, const Surroundings&) {
-                 return Does(living, [ifindex = ToIfindex(fields)](Router& router) {
-                   return router.RemoveInterface(ifindex) ? BCM_E_NONE : BCM_E_NOT_FOUND;
-                 });
+                 return Does(living,
+                             [ifindex = ToIfindex(fields)](Router& router) { return router.RemoveInterface(ifindex); });
                });
   language.Add("vrf-device", "IFINDEX vrf=VRF table=TABLE",
                "The control plane's device of a VRF, whose routes are in this routing table", Kind::kRequest,
                [&living](const Fields& fields, const Surroundings&) {
                  const unsigned vrf = scenario::ToUnsigned(*fields.Find("vrf"), "VRF");
-                 const unsigned table = scenario::ToUnsigned(*fields.Find("table"), "table");
+                 const Token& number = *fields.Find("table");
+                 const unsigned table = scenario::ToUnsigned(number, "table");
+                 if (table == 0) throw SyntaxError{number.offset, "routing table 0 is none"};
+                 if (table == Router::kMainTable && vrf != 0) {
+                   throw SyntaxError{number.offset, "table 254 is the main one, of VRF 0"};
+                 }
                  return Does(living, [ifindex = ToIfindex(fields), vrf, table](Router& router) {
                    router.SetVrfDevice(ifindex, vrf, table);
                    return BCM_E_NONE;

@@ -7,6 +7,7 @@ import os
 import shutil
 import signal
 import socket
+import struct
 import subprocess
 import sys
 import time
@@ -89,6 +90,10 @@ end(card)
 card = serve(INTERFACES, "--fpm", f"127.0.0.1:{port}", "--fpm-quiet", "1")
 refuses(f"cannot wait for a control plane at 127.0.0.1:{port}", "--fpm", str(port))
 assert "an interface has an address" in ctl("interface 4 lim=eth3 vlan=300 vrf=0 mac=null mtu=1500")
+assert "an Ethernet port's or a LAG's" in ctl("interface 4 lim=cpu vlan=300 vrf=0 mac=00:00:5e:00:01:01 mtu=1500")
+assert "not a group's" in ctl("interface 4 lim=eth3 vlan=300 vrf=0 mac=01:00:5e:00:01:01 mtu=1500")
+assert "table 254 is the main one" in ctl("vrf-device 6 vrf=3 table=254")
+assert "table 0 is none" in ctl("vrf-device 6 vrf=0 table=0")
 assert "route 198.51" not in ctl("show routes")
 
 # What it tells becomes routes, labels and encapsulations, and a second peer is turned away.
@@ -136,6 +141,19 @@ peer.sendall(b"\1\1\0\x40half")
 assert "route 198.51.100.0/24" in ctl("show routes")
 peer.close()
 wait_for("control-plane none", "show control-plane")
+
+# Who has not said a whole word takes nothing away, however long that is.
+for word in b"", b"\1\1\0\x40half":
+    with zebra() as peer:
+        peer.sendall(word)
+        time.sleep(1.5)
+        assert "sweeps=1" in ctl("show control-plane") and "route 198.51.100.0/24" in ctl("show routes")
+
+# Who comes as soon as another one has gone is not turned away.
+for _ in range(20):
+    zebra("objects-plain").close()
+wait_for("control-plane none", "show control-plane")
+
 with zebra() as peer:
     peer.sendall(b"GET / HTTP/1.0\r\n\r\n")
     peer.settimeout(10)
@@ -144,7 +162,8 @@ with zebra() as peer:
     except ConnectionResetError:
         pass
 wait_for("control-plane none", "show control-plane")
-with zebra():
+with zebra() as peer:
+    peer.sendall(b"\1\1\0\x14" + struct.pack("=IHHII", 16, 1, 0, 0, 0))  # a message that says nothing
     wait_for("sweeps=2", "show control-plane")
 assert "routes: none" in ctl("show routes") and "nexthops: none" in ctl("show nexthops")
 ctl("no-interface 3")
@@ -155,4 +174,5 @@ assert "-7" in ctl("no-interface 3")
 said = end(card)
 for text in ("is connected", "is turned away", "2 equal paths; the chip takes one", "has gone: it sent a frame of version"):
     assert text in said, (text, said)
+assert said.count("is turned away") == 1, said
 assert os.listdir(folder) == [], os.listdir(folder)
