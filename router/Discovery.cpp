@@ -83,22 +83,69 @@ std::optional<Announcement> ReadDiscovery(unsigned vlan_id, View ip) {
   return Announced(vlan_id, IpAddress::From(IpAddress::Version::k6, address), *mac);
 }
 
+/// What a frame carries, without its tag.
+struct Carried {
+  unsigned vlan_id;
+  unsigned type;
+  View bytes;
+};
+
+std::optional<Carried> ReadFrame(View frame) {
+  if (frame.size < softcard::kEthernetBytes) return std::nullopt;
+  const std::size_t at = softcard::kEthernetBytes;
+  const unsigned type = Get16(frame.data + at - 2);
+  if (type != softcard::kEtherTypeVlan) return Carried{0, type, frame.From(at)};
+  if (frame.size < at + softcard::kTagBytes) return std::nullopt;
+  return Carried{Get16(frame.data + at) & softcard::kVlanBits, Get16(frame.data + at + 2),
+                 frame.From(at + softcard::kTagBytes)};
+}
+
+struct IpAddresses {
+  unsigned vlan_id;
+  IpAddress source;
+  IpAddress destination;
+};
+
+std::optional<IpAddresses> ReadIp(View frame) {
+  const auto carried = ReadFrame(frame);
+  if (!carried) return std::nullopt;
+  const bool is_v4 = carried->type == softcard::kEtherTypeIpv4;
+  if (!is_v4 && carried->type != softcard::kEtherTypeIpv6) return std::nullopt;
+  const auto version = is_v4 ? IpAddress::Version::k4 : IpAddress::Version::k6;
+  const std::size_t at = is_v4 ? softcard::kIpv4Addresses : softcard::kIpv6Addresses;
+  const std::size_t size = IpAddress::Bytes(version);
+  if (carried->bytes.size < at + 2 * size) return std::nullopt;
+  const unsigned char* const addresses = carried->bytes.data + at;
+  return IpAddresses{carried->vlan_id, IpAddress::From(version, addresses), IpAddress::From(version, addresses + size)};
+}
+
+/// 224.0.0.0/24, and what IPv6 calls of link-local scope.
+bool IsLinksGroup(const IpAddress& address) {
+  const auto& bytes = address.bytes;
+  if (address.version == IpAddress::Version::k4) return bytes[0] == 224 && bytes[1] == 0 && bytes[2] == 0;
+  return bytes[0] == 0xFF && (bytes[1] & 0xF) == 2;
+}
+
 }  // namespace
 
 std::optional<Announcement> ReadAnnouncement(View frame) {
-  if (frame.size < softcard::kEthernetBytes) return std::nullopt;
-  std::size_t at = softcard::kEthernetBytes;
-  unsigned type = Get16(frame.data + at - 2);
-  unsigned vlan_id = 0;
-  if (type == softcard::kEtherTypeVlan) {
-    if (frame.size < at + softcard::kTagBytes) return std::nullopt;
-    vlan_id = Get16(frame.data + at) & softcard::kVlanBits;
-    type = Get16(frame.data + at + 2);
-    at += softcard::kTagBytes;
-  }
-  if (type == kEtherTypeArp) return ReadArp(vlan_id, frame.From(at));
-  if (type == softcard::kEtherTypeIpv6) return ReadDiscovery(vlan_id, frame.From(at));
+  const auto carried = ReadFrame(frame);
+  if (!carried) return std::nullopt;
+  if (carried->type == kEtherTypeArp) return ReadArp(carried->vlan_id, carried->bytes);
+  if (carried->type == softcard::kEtherTypeIpv6) return ReadDiscovery(carried->vlan_id, carried->bytes);
   return std::nullopt;
+}
+
+std::optional<Announcement> ReadSender(View frame) {
+  const auto ip = ReadIp(frame);
+  if (!ip || !IsLinksGroup(ip->destination)) return std::nullopt;
+  return Announced(ip->vlan_id, ip->source, ToMac(frame.data + softcard::kMacBytes));
+}
+
+std::optional<Announcement> ReadAddressee(View frame) {
+  const auto ip = ReadIp(frame);
+  if (!ip) return std::nullopt;
+  return Announced(ip->vlan_id, ip->destination, ToMac(frame.data));
 }
 
 }  // namespace router

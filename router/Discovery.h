@@ -19,6 +19,11 @@ struct Announcement {
 /// odds with itself.
 std::optional<Announcement> ReadAnnouncement(softcard::View frame);
 
+/// The sender of an IP packet to a group that no router sends on, such as a routing protocol's greeting.
+std::optional<Announcement> ReadSender(softcard::View frame);
+/// Whom an IP packet is for, as far as it is the one that the frame is for: true of what is said to a next hop itself.
+std::optional<Announcement> ReadAddressee(softcard::View frame);
+
 }  // namespace router
 
 #endif

@@ -55,15 +55,17 @@ int Encapsulations::SetInterface(unsigned ifindex, const InterfaceValues& values
   return result;
 }
 
-bool Encapsulations::RemoveInterface(unsigned ifindex) {
+void Encapsulations::RemoveInterface(unsigned ifindex) {
   const auto known = interfaces_.find(ifindex);
-  if (known == interfaces_.end()) return false;
   leaving_vlans_.push_back(known->second.id);
   interfaces_.erase(known);
   for (auto& [way, destination] : destinations_) {
     if (way.ifindex == ifindex) Become(destination, Destination::State::kAbsent, WhyNot(way));
   }
-  return true;
+}
+
+bool Encapsulations::IsLeaving(unsigned vlan_destination) const {
+  return std::find(leaving_vlans_.begin(), leaving_vlans_.end(), vlan_destination) != leaving_vlans_.end();
 }
 
 void Encapsulations::SetNeighbour(const Neighbour& neighbour, const Mac& mac) {

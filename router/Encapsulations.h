@@ -71,8 +71,10 @@ class Encapsulations {
 
   /// The module's result: negative for a refusal.
   int SetInterface(unsigned ifindex, const InterfaceValues& values);
-  /// Its destinations become absent, and its VLAN encapsulation is destroyed by Clear(). Whether there was one.
-  bool RemoveInterface(unsigned ifindex);
+  /// One that is known: its destinations become absent, and its VLAN encapsulation is destroyed by Clear().
+  void RemoveInterface(unsigned ifindex);
+  /// Whether this VLAN encapsulation is still to be destroyed.
+  bool IsLeaving(unsigned vlan_destination) const;
   const std::map<unsigned, Interface>& interfaces() const { return interfaces_; }
 
   void SetNeighbour(const Neighbour& neighbour, const Mac& mac);

@@ -35,23 +35,39 @@ Router::Router(const HalL3MplsEncapsulationInterface& module, softcard::Tables& 
   vrf_of_devices_[kLoopback] = 0;
 }
 
+std::map<Neighbour, Mac> Router::NeighboursOn(unsigned ifindex) const {
+  const auto& all = encapsulations_.neighbours();
+  return {all.lower_bound({ifindex, {}}), all.lower_bound({ifindex + 1, {}})};
+}
+
 int Router::SetInterface(unsigned ifindex, const InterfaceValues& values) {
+  const auto known = encapsulations_.interfaces().find(ifindex);
+  const bool is_known = known != encapsulations_.interfaces().end();
+  const InterfaceValues before = is_known ? known->second.values : values;
+  // What is on the card for another VLAN, or in another VRF, cannot become this one's: it goes, and comes anew.
+  const bool moves = before.vlan.word != values.vlan.word || before.vrf != values.vrf;
+  const auto neighbours = NeighboursOn(ifindex);
+  if (moves) RemoveInterface(ifindex);
   hosts_moved_ = true;
   const int result = encapsulations_.SetInterface(ifindex, values);
+  if (moves && result < 0) {
+    encapsulations_.SetInterface(ifindex, before);
+    for (const auto& [neighbour, mac] : neighbours) encapsulations_.SetNeighbour(neighbour, mac);
+  }
   Settle();
   return result;
 }
 
-bool Router::RemoveInterface(unsigned ifindex) {
+int Router::RemoveInterface(unsigned ifindex) {
+  const auto known = encapsulations_.interfaces().find(ifindex);
+  if (known == encapsulations_.interfaces().end()) return BCM_E_NOT_FOUND;
+  const unsigned vlan_destination = known->second.id;
   hosts_moved_ = true;
-  const bool removed = encapsulations_.RemoveInterface(ifindex);
-  std::vector<Neighbour> gone;
-  for (const auto& [neighbour, mac] : encapsulations_.neighbours()) {
-    if (neighbour.ifindex == ifindex) gone.push_back(neighbour);
-  }
-  for (const Neighbour& neighbour : gone) encapsulations_.RemoveNeighbour(neighbour);
+  encapsulations_.RemoveInterface(ifindex);
+  for (const auto& [neighbour, mac] : NeighboursOn(ifindex)) encapsulations_.RemoveNeighbour(neighbour);
+  own_.erase(own_.lower_bound({ifindex, {}}), own_.lower_bound({ifindex + 1, {}}));
   Settle();
-  return removed;
+  return encapsulations_.IsLeaving(vlan_destination) ? BCM_E_FAIL : BCM_E_NONE;
 }
 
 void Router::SetVrfDevice(unsigned ifindex, unsigned vrf, std::uint32_t table) {
@@ -97,7 +113,7 @@ void Router::Hear(const RouteTold& told) {
   }
   Route& route = routes_.Get(key);
   route.told = true;
-  if (route.next_hop != nullptr && route.next_hop->Is(told.next_hop, told.ways)) return;
+  if (route.next_hop != nullptr && route.next_hop->Is(told.next_hop, told.ways)) return Check(key, route);
   NextHop* const before = std::exchange(route.next_hop, &next_hops_.Acquire(told.next_hop, told.ways));
   Place(key, route);
   if (before != nullptr) next_hops_.Release(*before);
@@ -105,6 +121,19 @@ void Router::Hear(const RouteTold& told) {
   if (!VrfOf(told.table) && unknown_tables_.insert(told.table).second) {
     say_("routes of table " + std::to_string(told.table) + " stay out: no vrf-device statement says whose they are");
   }
+}
+
+/// A row that somebody has taken away or changed by hand comes back when it is told again, but for one that a longer
+/// prefix of the same address hides.
+void Router::Check(const RouteKey& key, Route& route) {
+  const auto vrf = VrfOf(key.table);
+  if (route.placed == 0 || !vrf) return;
+  const auto found = tables_.routes.Find(*vrf, key.prefix.address.version, key.prefix.address.bytes.data());
+  const bool is_hidden = found.value != nullptr && found.length > key.prefix.length;
+  const bool is_there = found.value != nullptr && found.length == key.prefix.length && *found.value == route.placed;
+  if (is_hidden || is_there) return;
+  route.placed = 0;
+  Place(key, route);
 }
 
 void Router::Remove(const RouteKey& key, Route& route) {
@@ -126,7 +155,12 @@ void Router::Hear(const LabelTold& told) {
   row.told = true;
   const bool ends = told.ways.size() == 1 && told.ways[0].kind == Way::Kind::kPopVrf;
   const std::optional<unsigned> device = ends ? std::optional(told.ways[0].ifindex) : std::nullopt;
-  if (row.device == device && (row.next_hop == nullptr ? ends : row.next_hop->Is(0, told.ways))) return;
+  if (row.device == device && (row.next_hop == nullptr ? ends : row.next_hop->Is(0, told.ways))) {
+    const LabelAction found = tables_.labels.Find(told.label);
+    if (found.kind == row.placed.kind && found.value == row.placed.value) return;
+    row.placed = {};
+    return Place(told.label, row);
+  }
   row.device = device;
   NextHop* const before = std::exchange(row.next_hop, ends ? nullptr : &next_hops_.Acquire(0, told.ways));
   Place(told.label, row);
@@ -218,7 +252,8 @@ void Router::Place(unsigned label, Label& row) {
     action = {LabelAction::Kind::kDestination, row.next_hop->destination->id};
   }
   if (action.kind == row.placed.kind && action.value == row.placed.value && row.refusal == 0) return;
-  if (row.refusal != 0) --refused_labels_;
+  const bool was_refused = row.refusal != 0;
+  if (was_refused) --refused_labels_;
   row.refusal = 0;
   if (action.kind == LabelAction::Kind::kNone) {
     if (row.placed.kind != LabelAction::Kind::kNone) tables_.labels.Delete(label);
@@ -228,9 +263,11 @@ void Router::Place(unsigned label, Label& row) {
   row.refusal = tables_.labels.Set(label, action, tables_.ports);
   if (row.refusal == BCM_E_NONE) {
     row.placed = action;
-  } else {
-    ++refused_labels_;
+    return;
   }
+  ++refused_labels_;
+  if (was_refused || (row.refusal == BCM_E_FULL && std::exchange(is_label_table_full_said_, true))) return;
+  say_("label " + std::to_string(label) + ": " + WhyNot(row));
 }
 
 /// The host route that a neighbour gets: on an interface's network, where no route was told for it alone.
@@ -313,6 +350,7 @@ void Router::Settle() {
     if (std::exchange(room_, false)) PlaceUnplaced();
     if (std::exchange(hosts_moved_, false)) PlaceHosts();
     if (unplaced_.empty()) is_full_said_ = false;
+    if (refused_labels_ == 0) is_label_table_full_said_ = false;
     next_hops_.Clear();
     if (processor_ != nullptr && punted_ == 0) encapsulations_.Release(*std::exchange(processor_, nullptr));
     encapsulations_.Clear();
@@ -341,7 +379,27 @@ std::optional<unsigned> Router::FindInterface(limid_t port, limid_t vlan) const 
   return std::nullopt;
 }
 
+void Router::LearnOwn(const Neighbour& neighbour, const Mac& mac) {
+  const auto interface = encapsulations_.interfaces().find(neighbour.ifindex);
+  if (interface == encapsulations_.interfaces().end() || interface->second.values.mac != mac) return;
+  if (own_.size() >= kMostOwn || !own_.insert(neighbour).second) return;
+  encapsulations_.RemoveNeighbour(neighbour);
+  PlaceHost(neighbour);
+  Settle();
+}
+
+void Router::Suppose(const Neighbour& neighbour, const Mac& mac) {
+  if (encapsulations_.IsGateway(neighbour) && encapsulations_.neighbours().count(neighbour) == 0) Learn(neighbour, mac);
+}
+
 void Router::Learn(const Neighbour& neighbour, const Mac& mac) {
+  if (own_.count(neighbour) != 0) {
+    if (forged_.insert(neighbour).second) {
+      say_(Text(neighbour.address) + " is the route processor's on interface " + std::to_string(neighbour.ifindex) +
+           ", and " + calls::Text(calls::Kind::kMac, calls::ToValue(mac)) + " says that it has it: not believed");
+    }
+    return;
+  }
   const auto& neighbours = encapsulations_.neighbours();
   const auto known = neighbours.find(neighbour);
   if (known != neighbours.end() && known->second == mac) return;

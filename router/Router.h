@@ -28,6 +28,7 @@ class Router {
  public:
   /// Neighbours that are kept; of those that nothing goes to, some are forgotten when there are more.
   static constexpr std::size_t kMostNeighbours = 65'536;
+  static constexpr std::size_t kMostOwn = 4'096;  ///< addresses of the route processor that are kept
   static constexpr std::uint32_t kMainTable = 254;
 
   /// All of them outlive it. `say` is told what operators should know.
@@ -37,9 +38,12 @@ class Router {
 
   // What interfaces are on the card.
 
-  /// The module's result: negative for a refusal.
+  /// The module's result: negative for a refusal, after which the interface is what it was. One that moves to another
+  /// VLAN or VRF forgets its neighbours.
   int SetInterface(unsigned ifindex, const InterfaceValues& values);
-  bool RemoveInterface(unsigned ifindex);
+  /// BCM_E_NOT_FOUND when there is none; another negative result when its VLAN encapsulation stays on the card, whose
+  /// destruction is tried again later.
+  int RemoveInterface(unsigned ifindex);
   /// Labels that end at this device, and the routes of this table, are the VRF's.
   void SetVrfDevice(unsigned ifindex, unsigned vrf, std::uint32_t table);
 
@@ -58,8 +62,13 @@ class Router {
 
   // What passes by.
 
-  /// Who has an address behind a port, by a frame that has come from there on a VLAN.
+  /// Who has an address behind a port, by what has come from there on a VLAN. What the route processor has is nobody
+  /// else's.
   void Learn(const Neighbour& neighbour, const Mac& mac);
+  /// The same, by a frame that announces nothing: it counts for a next hop that is waited for.
+  void Suppose(const Neighbour& neighbour, const Mac& mac);
+  /// An address that the route processor says it has itself on an interface.
+  void LearnOwn(const Neighbour& neighbour, const Mac& mac);
   /// The interface of a port and VLAN; nothing when there is none.
   std::optional<unsigned> FindInterface(limid_t port, limid_t vlan) const;
 
@@ -96,6 +105,7 @@ class Router {
   void Hear(const RouteTold& told);
   void Hear(const LabelTold& told);
   void Hear(const NextHopTold& told) { next_hops_.Hear(told); }
+  void Check(const RouteKey& key, Route& route);
   void Remove(const RouteKey& key, Route& route);
   void Remove(LabelsTold::iterator place);
   void Place(const RouteKey& key, Route& route);
@@ -105,6 +115,7 @@ class Router {
   void PlaceHostsAt(const RouteKey& key);
   void PlaceHosts();
   void PlaceUnplaced();
+  std::map<Neighbour, Mac> NeighboursOn(unsigned ifindex) const;
   std::optional<RouteKey> HostRouteOf(const Neighbour& neighbour) const;
   void SetConnected(const RouteKey& key, Route& route, bool connected);
   void ForgetNeighbours();
@@ -123,15 +134,18 @@ class Router {
   LabelsTold labels_;
   std::vector<Connected> connected_;  ///< the networks of interfaces
   std::map<Neighbour, Host> hosts_;
+  std::set<Neighbour> own_;                 ///< the route processor's
+  std::set<Neighbour> forged_;              ///< of these, whom others said to have
   std::set<RouteKey> unplaced_;             ///< for want of room
   std::set<std::uint32_t> unknown_tables_;  ///< that were told of
   Destination* processor_ = nullptr;
   unsigned long punted_ = 0;  ///< routes to the CPU
   unsigned long refused_labels_ = 0;
-  bool moved_ = false;       ///< next hops that routes and labels go to
-  bool hosts_moved_ = true;  ///< what decides about hosts
-  bool room_ = false;        ///< in the card's route table
-  bool is_full_said_ = false;
+  bool moved_ = false;         ///< next hops that routes and labels go to
+  bool hosts_moved_ = true;    ///< what decides about hosts
+  bool room_ = false;          ///< in the card's route table
+  bool is_full_said_ = false;  ///< of the route table
+  bool is_label_table_full_said_ = false;
 };
 
 }  // namespace router

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "router/Discovery.h"
 #include "softcard/LimId.h"
 
 namespace serve {
@@ -38,7 +37,10 @@ void Forwarder::Came(int port, View frame) {
   const bool attached = card_.tables().attachments.Find(port) != nullptr;
   const bool has_host = wires_.HasHost(port);
   if (!attached && IsProcessors(frame)) {
-    if (living_.router != nullptr) Hear(port, frame);
+    if (living_.router != nullptr) {
+      Tell(port, router::ReadAnnouncement(frame), &router::Router::Learn);
+      Tell(port, router::ReadSender(frame), &router::Router::Suppose);
+    }
     if (has_host) return ToHost(port, {}, frame);
   }
 
@@ -59,20 +61,30 @@ void Forwarder::Came(int port, View frame) {
   if (way.fate == Way::Fate::kSent) Leave(way.port);
 }
 
-/// The interface that a neighbour is behind is a port's, or a LAG's that the port is a member of.
-void Forwarder::Hear(int port, View frame) {
-  const auto announced = router::ReadAnnouncement(frame);
-  if (!announced) return;
+/// The control plane's interface of a port, or of a LAG that it is a member of, and VLAN.
+std::optional<unsigned> Forwarder::FindInterface(int port, unsigned vlan_id) const {
   const auto native = living_.natives.find(port);
-  const bool is_native = announced->vlan_id == 0 && native != living_.natives.end();
-  const limid_t vlan = softcard::MakeLimId(limid_type_l3_vlan, is_native ? native->second : announced->vlan_id);
+  const bool is_native = vlan_id == 0 && native != living_.natives.end();
+  const limid_t vlan = softcard::MakeLimId(limid_type_l3_vlan, is_native ? native->second : vlan_id);
   const softcard::Tables& tables = card_.tables();
   int behind = port;
   for (const auto& [lag, members] : tables.lags.rows()) {
     if (std::find(members.begin(), members.end(), port) != members.end()) behind = lag;
   }
-  const auto ifindex = living_.router->FindInterface(softcard::LimId(tables.ports.Name(behind)), vlan);
-  if (ifindex) living_.router->Learn({*ifindex, announced->address}, announced->mac);
+  return living_.router->FindInterface(softcard::LimId(tables.ports.Name(behind)), vlan);
+}
+
+/// Tells the router, by one of its ways to take it, who has an address.
+void Forwarder::Tell(int port, const std::optional<router::Announcement>& who, Taken taken) {
+  if (!who) return;
+  const auto ifindex = FindInterface(port, who->vlan_id);
+  if (ifindex) (living_.router->*taken)({*ifindex, who->address}, who->mac);
+}
+
+void Forwarder::CameFromHost(int port, View frame) {
+  if (living_.router == nullptr) return;
+  Tell(port, router::ReadAnnouncement(frame), &router::Router::LearnOwn);
+  Tell(port, router::ReadAddressee(frame), &router::Router::Suppose);
 }
 
 void Forwarder::ToHost(int port, std::optional<unsigned> destination, View frame) {

@@ -3,6 +3,7 @@
 
 #include <optional>
 
+#include "router/Discovery.h"
 #include "serve/Statements.h"
 #include "softcard/Card.h"
 #include "softcard/packets/Way.h"
@@ -26,9 +27,14 @@ class Forwarder {
 
   /// Each frame is counted and leaves once at most.
   void Came(int port, softcard::View frame);
+  /// One that the processor sends by a port, whatever becomes of it: the control plane's neighbours learn from it.
+  void CameFromHost(int port, softcard::View frame);
 
  private:
-  void Hear(int port, softcard::View frame);
+  using Taken = void (router::Router::*)(const router::Neighbour&, const router::Mac&);
+
+  std::optional<unsigned> FindInterface(int port, unsigned vlan_id) const;
+  void Tell(int port, const std::optional<router::Announcement>& who, Taken taken);
   void ToHost(int port, std::optional<unsigned> destination, softcard::View frame);
   bool IsForProcessor(const softcard::Way& way) const;
   void Leave(int port);

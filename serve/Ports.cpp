@@ -59,7 +59,10 @@ Ports::Ports(asio::io_context& events, softcard::Card& card, const Living& livin
     Side*& side = hosts_[port];
     if (side != nullptr) throw std::runtime_error(name + " has a side towards the processor already");
     side = &Bind(events, card.tables().ports.Name(port) + " host", interface_name);
-    side->take = [this, to = outside->second](View frame) { Send(*to, frame); };
+    side->take = [this, port, to = outside->second](View frame) {
+      forwarder_.CameFromHost(port, frame);
+      Send(*to, frame);
+    };
   }
   for (Side& side : sides_) Wait(side);
   if (!sides_.empty()) LookAgain();

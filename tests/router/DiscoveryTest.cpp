@@ -23,12 +23,15 @@ std::string Icmpv6(const std::string& message, const std::string& hop_limit = "f
 }
 const std::string kSource = " 01 01 020000000001", kTarget = " 02 01 020000000001";
 
-std::string Read(const std::string& frame) {
-  const Bytes bytes = Hex(frame);
-  const auto announced = router::ReadAnnouncement(bytes);
+std::string Text(const std::optional<router::Announcement>& announced) {
   if (!announced) return "nothing";
   return std::to_string(announced->vlan_id) + ' ' + softcard::Text(announced->address) + ' ' +
          std::to_string(announced->mac[5]);
+}
+
+std::string Read(const std::string& frame) {
+  const Bytes bytes = Hex(frame);
+  return Text(router::ReadAnnouncement(bytes));
 }
 
 TEST(DiscoveryTest, ArpRequestsAndRepliesAnnounceTheirSender) {
@@ -72,6 +75,35 @@ TEST(DiscoveryTest, OtherIcmpv6AnnouncesNothing) {
   EXPECT_EQ(Read(kEthernet + Icmpv6(solicitation + " 01 02 020000000001")), "nothing") << "one that is too long";
   EXPECT_EQ(Read(kEthernet + Icmpv6("80 00 0000 00000000" + kSource)), "nothing") << "an echo";
   EXPECT_EQ(Read(kEthernet + Icmpv6("87 00 0000 00000000")), "nothing") << "no target";
+}
+
+TEST(DiscoveryTest, GreetingsOnALinkAreItsSenders) {
+  const auto read = [](const std::string& frame) {
+    const Bytes bytes = Hex(frame);
+    return Text(router::ReadSender(bytes));
+  };
+  const std::string hello = "0800 45000014 00000000 0159 0000 c0000201 e0000005";
+  EXPECT_EQ(read(kEthernet + hello), "0 192.0.2.1 1");
+  EXPECT_EQ(read(kEthernet + "8100 0064 " + hello), "100 192.0.2.1 1");
+  EXPECT_EQ(read(kEthernet + "0800 45000014 00000000 0159 0000 c0000201 e0000105"), "nothing") << "routers send it on";
+  EXPECT_EQ(read(kEthernet + "0800 45000014 00000000 0159 0000 00000000 e0000005"), "nothing") << "of nobody";
+  EXPECT_EQ(read(kEthernet + "0800 45000014 00000000 0159 0000 c0000201 e00000"), "nothing") << "cut off";
+  EXPECT_EQ(read(kEthernet + "86dd 60000000 0000 59 01 " + kAddress + " ff020000000000000000000000000005"),
+            "0 fe80::1 1");
+  EXPECT_EQ(read(kEthernet + "86dd 60000000 0000 59 01 " + kAddress + " ff050000000000000000000000000005"), "nothing");
+  EXPECT_EQ(read(kEthernet + kArp), "nothing");
+}
+
+TEST(DiscoveryTest, WhatIsSaidToAHostIsItsAddressees) {
+  const std::string to = "020000000001 00005e000101 ", packet = "0800 45000014 00000000 4006 0000 c00002fe c0000201";
+  const auto read = [](const std::string& frame) {
+    const Bytes bytes = Hex(frame);
+    return Text(router::ReadAddressee(bytes));
+  };
+  EXPECT_EQ(read(to + packet), "0 192.0.2.1 1");
+  EXPECT_EQ(read("01005e000005 00005e000101 " + packet), "nothing") << "a group's";
+  EXPECT_EQ(read(to + "0800 45000014"), "nothing") << "cut off";
+  EXPECT_EQ(read("02"), "nothing");
 }
 
 TEST(DiscoveryTest, FramesThatAreCutOffAnnounceNothing) {

@@ -222,11 +222,87 @@ TEST_F(RouterTest, AnInterfaceThatComesGoesOrChangesTakesItsRoutesAlong) {
   EXPECT_THAT(Rows("egresses"), Contains(HasSubstr("port=eth4")));
   EXPECT_THAT(Rows("egresses"), Not(Contains(HasSubstr("port=eth3"))));
   EXPECT_EQ(Set(9, "eth4", "vlan5000"), -1) << "no VLAN";
-  EXPECT_TRUE(router_.RemoveInterface(9));
-  EXPECT_FALSE(router_.RemoveInterface(9));
+  EXPECT_EQ(WayOf("198.51.100.9"), "deliver 203.0.113.1");
+  EXPECT_EQ(router_.RemoveInterface(9), 0);
+  EXPECT_EQ(router_.RemoveInterface(9), BCM_E_NOT_FOUND);
   EXPECT_EQ(WayOf("198.51.100.9"), "processor");
   EXPECT_THAT(router_.NeighbourRows(), IsEmpty());
   EXPECT_EQ(Destinations(), 3UL) << "two interfaces and the CPU";
+}
+
+TEST_F(RouterTest, AnInterfaceMovesToAnotherVlanOrVrfAndBack) {
+  Tell({Route("198.51.100.0/24", {To("192.0.2.1")}), Label(100, {To("192.0.2.1", 2, Kind::kSwap, {200})})});
+  Learn("192.0.2.1");
+  EXPECT_EQ(Set(2, "eth1", "vlan112"), 0);
+  EXPECT_EQ(WayOf("198.51.100.9"), "deliver 192.0.2.1 waiting") << "who has it there is not known";
+  Learn("192.0.2.1");
+  EXPECT_EQ(WayOf("198.51.100.9"), "deliver 192.0.2.1");
+  EXPECT_THAT(Rows("egresses"), testing::Each(HasSubstr("vlan=112")));
+  EXPECT_THAT(Rows("associations"), ElementsAre(HasSubstr("association 112"), HasSubstr("association 200")));
+  ASSERT_EQ(HalL3MplsEncapsulationInterface::GetInstance()->InstallVrf(7), 0);
+  EXPECT_EQ(router_.SetInterface(2, {softcard::LimId("eth1"), softcard::LimId("vlan112"), 7, 1500, {2}}), 0);
+  EXPECT_THAT(Rows("associations"), ElementsAre("association 112: vrf=7", "association 200: vrf=0"));
+  EXPECT_EQ(Set(2, "eth1", "vlan100"), 0);
+  EXPECT_THAT(Rows("associations"), ElementsAre("association 100: vrf=0", "association 200: vrf=0"));
+  EXPECT_EQ(Destinations(), 4UL);
+}
+
+TEST_F(RouterTest, AnInterfaceThatCannotMoveStays) {
+  Tell({Route("198.51.100.0/24", {To("192.0.2.1")})});
+  Learn("192.0.2.1");
+  EXPECT_LT(Set(2, "eth1", "vlan5000"), 0);
+  EXPECT_EQ(WayOf("198.51.100.9"), "deliver 192.0.2.1");
+  EXPECT_THAT(Rows("associations"), ElementsAre(HasSubstr("association 100"), HasSubstr("association 200")));
+}
+
+TEST_F(RouterTest, WhatTheProcessorHasIsNobodyElses) {
+  const router::Neighbour own{2, Address("192.0.2.254")};
+  const router::Mac mac{0, 0, 0x5E, 0, 1, 1};
+  Tell({Route("192.0.2.0/24", {On(2)})});
+  Learn("192.0.2.254");
+  EXPECT_EQ(WayOf("192.0.2.254"), "deliver 192.0.2.254") << "it has not said so yet";
+  router_.LearnOwn(own, kFirst);
+  EXPECT_EQ(WayOf("192.0.2.254"), "deliver 192.0.2.254") << "it is not the interface's MAC";
+  router_.LearnOwn(own, mac);
+  EXPECT_EQ(WayOf("192.0.2.254"), "deliver") << "the network, and so the CPU";
+  EXPECT_THAT(said_, IsEmpty());
+  Learn("192.0.2.254");
+  Learn("192.0.2.254", kSecond);
+  EXPECT_EQ(WayOf("192.0.2.254"), "deliver");
+  EXPECT_THAT(said_,
+              ElementsAre("192.0.2.254 is the route processor's on interface 2, and 02:00:00:00:00:01 says that it "
+                          "has it: not believed"));
+  EXPECT_EQ(router_.RemoveInterface(2), 0);
+  EXPECT_EQ(Set(2, "eth1", "vlan100"), 0);
+  Learn("192.0.2.254");
+  EXPECT_EQ(WayOf("192.0.2.254"), "deliver 192.0.2.254");
+}
+
+TEST_F(RouterTest, WhatAnnouncesNothingCountsForANextHopThatIsWaitedFor) {
+  const auto suppose = [this](const router::Mac& mac) { router_.Suppose({2, Address("192.0.2.1")}, mac); };
+  suppose(kFirst);
+  EXPECT_THAT(router_.NeighbourRows(), IsEmpty()) << "nobody waits";
+  Tell({Route("198.51.100.0/24", {To("192.0.2.1")})});
+  suppose(kFirst);
+  EXPECT_EQ(WayOf("198.51.100.9"), "deliver 192.0.2.1");
+  suppose(kSecond);
+  EXPECT_THAT(Rows("egresses"), ElementsAre(HasSubstr("02:00:00:00:00:01"))) << "an announcement says more";
+}
+
+TEST_F(RouterTest, WhatIsTakenAwayByHandComesBackWhenItIsToldAgain) {
+  const std::vector<router::Told> all = {Route("198.51.100.0/24", {To("192.0.2.1")}),
+                                         Route("198.51.0.0/16", {To("192.0.2.2")}), Label(100, {To("192.0.2.1")})};
+  Tell(all);
+  const auto routes = Rows("routes"), labels = Rows("labels");
+  softcard::Tables& tables = card_.tables();
+  ASSERT_EQ(tables.routes.Delete(0, ToPrefix("198.51.100.0/24")), 0);
+  ASSERT_EQ(tables.routes.Set(0, ToPrefix("198.51.0.0/16"), 9), 0);
+  ASSERT_EQ(tables.labels.Delete(100), 0);
+  Requests();
+  Tell(all);
+  EXPECT_EQ(Rows("routes"), routes);
+  EXPECT_EQ(Rows("labels"), labels);
+  EXPECT_EQ(Requests(), 0UL);
 }
 
 TEST_F(RouterTest, TablesAreVrfsOnceADeviceIsSaidToBeTheirs) {
@@ -323,6 +399,10 @@ TEST_F(SmallCard, AFullLabelTableTakesAnotherWhenThereIsRoom) {
   Tell({Label(100, {To("192.0.2.1")}), Label(101, {To("192.0.2.1")}), Label(3, {To("192.0.2.1")})});
   EXPECT_THAT(Unresolved(), ElementsAre(HasSubstr("label 3: table=0 reason=\"the card takes no such label\""),
                                         HasSubstr("label 101: table=0 reason=\"the card's label table is full\"")));
+  EXPECT_THAT(said_, ElementsAre("label 101: the card's label table is full", "label 3: the card takes no such label"));
+  Tell({Label(102, {To("192.0.2.1")})});
+  EXPECT_THAT(said_, SizeIs(2));
+  Tell({NoLabel(102)});
   Tell({NoLabel(100)});
   EXPECT_THAT(Rows("labels"), ElementsAre(HasSubstr("label 101")));
 }
