@@ -37,11 +37,6 @@ unsigned HashOf(const calls::Call& call, const Writer& writer) {
   return hash.value();
 }
 
-void AddRefused(const calls::Call& call, std::string& text) {
-  if (!text.empty()) text += ", ";
-  text += std::string(call.function->name) + " = " + calls::Text(call.function->result_kind(), call.result);
-}
-
 bool Failed(const scenario::RequestResult& result) {
   return result.kind == scenario::RequestResult::Kind::kThrew || result.number < 0;
 }
@@ -61,12 +56,13 @@ void Ledger::Took(const scenario::Step& step) {
     const auto* const event = std::get_if<calls::Event>(&line.what);
     if (event == nullptr) continue;
     if (const auto* call = std::get_if<calls::Call>(event)) {
-      if (calls::IsRefused(*event)) AddRefused(*call, refused_[requests_.size() - 1]);
       Follow(*call);
     } else {
       Follow(std::get<calls::LogLine>(*event), failed);
     }
   }
+  std::string refused = RefusedCalls(*trace);
+  if (!refused.empty()) refused_[requests_.size() - 1] = std::move(refused);
   if (failed) return;
   for (Touch* touch : touched_) touch->settled = touch->written;
 }

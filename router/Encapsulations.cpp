@@ -140,9 +140,10 @@ void Encapsulations::Program(Destination& destination) {
 }
 
 void Encapsulations::Refused(Destination& destination, const char* what, int result) {
+  const std::string why = why_ ? why_() : "";
   Become(destination, Destination::State::kAbsent,
          std::string("the card refused: ") + what + (IsTunnel(destination.way) ? "-mpls " : "-host ") +
-             std::to_string(destination.id) + " returned " + std::to_string(result));
+             std::to_string(destination.id) + " returned " + std::to_string(result) + (why.empty() ? "" : ": " + why));
   destination.refused = true;
   ++refused_;
 }

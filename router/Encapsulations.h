@@ -63,11 +63,13 @@ class Encapsulations {
   static constexpr unsigned kFirstId = 1'000'000;
 
   using Changed = std::function<void(const Destination&)>;
+  /// What the card refused of the module's last request, in words; empty when that is not known.
+  using Why = std::function<std::string()>;
 
   /// The module outlives it. `changed` is told of a destination that is no longer absent, or has become so, whose users
   /// are to be moved elsewhere before Clear().
-  Encapsulations(const HalL3MplsEncapsulationInterface& module, limid_t cpu, Changed changed)
-      : module_(module), cpu_(cpu), changed_(std::move(changed)) {}
+  Encapsulations(const HalL3MplsEncapsulationInterface& module, limid_t cpu, Changed changed, Why why)
+      : module_(module), cpu_(cpu), changed_(std::move(changed)), why_(std::move(why)) {}
 
   /// The module's result: negative for a refusal.
   int SetInterface(unsigned ifindex, const InterfaceValues& values);
@@ -116,6 +118,7 @@ class Encapsulations {
   const HalL3MplsEncapsulationInterface& module_;
   const limid_t cpu_;
   const Changed changed_;
+  const Why why_;                             ///< may be empty
   std::map<unsigned, Interface> interfaces_;  ///< by index
   std::map<Neighbour, Mac> neighbours_;
   std::unordered_map<Way, Destination, Hash> destinations_;

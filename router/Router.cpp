@@ -22,14 +22,17 @@ bool IsLinkLocal(const IpAddress& address) {
 
 }  // namespace
 
-Router::Router(const HalL3MplsEncapsulationInterface& module, softcard::Tables& tables, limid_t cpu, Say say)
+Router::Router(const HalL3MplsEncapsulationInterface& module, softcard::Tables& tables, limid_t cpu, Say say,
+               Encapsulations::Why why)
     : tables_(tables),
       say_(std::move(say)),
-      encapsulations_(module, cpu,
-                      [this](const Destination& destination) {
-                        moved_ = true;
-                        if (!destination.reason.empty()) say_(Text(destination.way) + ": " + destination.reason);
-                      }),
+      encapsulations_(
+          module, cpu,
+          [this](const Destination& destination) {
+            moved_ = true;
+            if (!destination.reason.empty()) say_(Text(destination.way) + ": " + destination.reason);
+          },
+          std::move(why)),
       next_hops_(encapsulations_, say_, [this] { moved_ = true; }) {
   vrfs_[kMainTable] = 0;
   vrf_of_devices_[kLoopback] = 0;

@@ -32,7 +32,8 @@ class Router {
   static constexpr std::uint32_t kMainTable = 254;
 
   /// All of them outlive it. `say` is told what operators should know.
-  Router(const HalL3MplsEncapsulationInterface& module, softcard::Tables& tables, limid_t cpu, Say say);
+  Router(const HalL3MplsEncapsulationInterface& module, softcard::Tables& tables, limid_t cpu, Say say,
+         Encapsulations::Why why = {});
   Router(const Router&) = delete;
   Router& operator=(const Router&) = delete;
 

@@ -32,4 +32,16 @@ std::string RequestResult::Text() const {
   return "no result";
 }
 
+std::string RefusedCalls(const Trace& trace) {
+  std::string text;
+  for (const TraceLine& line : trace.lines) {
+    const auto* const event = std::get_if<calls::Event>(&line.what);
+    const auto* const call = event == nullptr ? nullptr : std::get_if<calls::Call>(event);
+    if (call == nullptr || !calls::IsRefused(*event)) continue;
+    if (!text.empty()) text += ", ";
+    text += std::string(call->function->name) + " = " + calls::Text(call->function->result_kind(), call->result);
+  }
+  return text;
+}
+
 }  // namespace scenario

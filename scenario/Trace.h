@@ -83,6 +83,9 @@ struct Trace {
   std::optional<OwnRow> own_row{};    ///< of a statement that fills a table without the module
 };
 
+/// The calls that were refused: "IntfManager::DeleteIntf = -11 (Operation failed), ...".
+std::string RefusedCalls(const Trace& trace);
+
 }  // namespace scenario
 
 #endif

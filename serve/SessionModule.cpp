@@ -58,29 +58,29 @@ Request Mpls(Operation operation, unsigned id, unsigned vlan_id, limid_t limid, 
 }
 
 /// Keeps a request's result.
-class Result : public scenario::Observer {
- public:
+struct Result : scenario::Observer {
   void Took(const scenario::Step& step) override {
-    if (const auto* trace = std::get_if<scenario::Trace>(&step.content)) result_ = trace->result;
+    const auto* const trace = std::get_if<scenario::Trace>(&step.content);
+    if (trace == nullptr) return;
+    result = trace->result;
+    if (result.number < 0) refused = RefusedCalls(*trace);
   }
   void Ended(const std::string&, const scenario::Tally&) override {}
 
-  int Get() const {
-    if (result_.kind == scenario::RequestResult::Kind::kThrew) throw std::runtime_error(result_.Text());
-    return result_.number;
-  }
-
- private:
-  scenario::RequestResult result_;
+  scenario::RequestResult result;
+  std::string refused;
 };
 
 }  // namespace
 
 int SessionModule::Make(const Request& request) const {
+  refused_.clear();
   if (in_statement_) return recorder::Make(request, *GetInstance());
-  Result result;
-  session_.Do({kControlPlane, Text(request) + '\n'}, result);
-  return result.Get();
+  Result made;
+  session_.Do({kControlPlane, Text(request) + '\n'}, made);
+  refused_ = made.refused;
+  if (made.result.kind == scenario::RequestResult::Kind::kThrew) throw std::runtime_error(made.result.Text());
+  return made.result.number;
 }
 
 int SessionModule::InitEncapsulationModule() const { return Make(Named(Operation::kInit, 0)); }

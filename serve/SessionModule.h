@@ -19,6 +19,9 @@ class SessionModule : public HalL3MplsEncapsulationInterface {
   SessionModule(scenario::Session& session, const bool& in_statement)
       : session_(session), in_statement_(in_statement) {}
 
+  /// The calls that the card refused of the last request that failed; empty for one that was part of a statement.
+  const std::string& refused() const { return refused_; }
+
   int InitEncapsulationModule() const override;
   int InstallVrf(unsigned vrf) const override;
   int DestroyVrf(unsigned vrf) const override;
@@ -47,6 +50,7 @@ class SessionModule : public HalL3MplsEncapsulationInterface {
 
   scenario::Session& session_;
   const bool& in_statement_;
+  mutable std::string refused_;
 };
 
 }  // namespace serve

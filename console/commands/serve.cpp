@@ -117,7 +117,7 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   const serve::SessionModule module(session, console.living.in_statement);
   std::optional<router::Router> router;
   if (!options.fpm.empty()) {
-    router.emplace(module, console.card.tables(), softcard::LimId("cpu"), say);
+    router.emplace(module, console.card.tables(), softcard::LimId("cpu"), say, [&module] { return module.refused(); });
     console.living.router = &*router;
   }
   for (const std::string& path : options.paths) {

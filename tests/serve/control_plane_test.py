@@ -115,7 +115,8 @@ assert "findings: none" in ctl("audit")
 # What the card refuses is asked for again when a client has changed something.
 ctl("fail EgressManager::CreateEgress nth=every result=BCM_E_FULL")
 peer.sendall((streams / "inline-one-label").read_bytes())
-wait_for("the card refused: install-mpls", "show unresolved")
+answer = wait_for("the card refused: install-mpls", "show unresolved")
+assert "returned -1: EgressManager::CreateEgress = -6" in answer, answer
 ctl("clear-faults")
 answer = wait_for("way=push labels=100", "show nexthops")
 assert "refused" not in ctl("show unresolved"), ctl("show unresolved")
