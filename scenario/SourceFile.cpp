@@ -23,7 +23,7 @@ std::string ReadFile(const std::string& path, std::size_t most) {
     throw std::runtime_error("cannot read " + Printable(path) + ": " + std::strerror(reason) + "; " +
                              (reason == EISDIR   ? "name a scenario file in it"
                               : reason == EACCES ? "make the file readable"
-                                                 : "check the path, or use - for standard input"));
+                                                 : "check the path"));
   }
   if (text.size() > most) {
     throw std::runtime_error("cannot read " + Printable(path) + ": a scenario has at most " +

@@ -101,6 +101,9 @@ class Reader {
     try {
       const Fields fields(language_.Find(line.words[0].text)->form, line.words, 1);
       const Token& name = fields.words()[0];
+      if (name.text == "-") {
+        throw SyntaxError{name.offset, "no scenario includes standard input; name a file, or ./- for one called \"-\""};
+      }
       const std::filesystem::path file = std::filesystem::path(text_.file).parent_path() / name.text;
       std::error_code none;
       std::vector<std::filesystem::path> path = path_;

@@ -247,9 +247,8 @@ INSTANTIATE_TEST_SUITE_P(
         UnusableLine{"for I in 1..2\n  for I in 1..2\n  end\nend",
                      "2:7: \"I\" is a name already, of a loop around this one or of -D (with I=1)"},
         UnusableLine{"include", "1:1: \"include\" needs FILE"},
-        UnusableLine{"include nowhere.inc",
-                     "1:9: cannot read nowhere.inc: No such file or directory; check the path, or use - for standard "
-                     "input"},
+        UnusableLine{"include nowhere.inc", "1:9: cannot read nowhere.inc: No such file or directory; check the path"},
+        UnusableLine{"include -", "1:9: no scenario includes standard input; name a file, or ./- for one called \"-\""},
         UnusableLine{"for I in 1..4294967295\n  init\nend",
                      "1:1: the scenario has more than 4000000 lines with the rounds of its loops"},
         UnusableLine{"init\ncard ports=4", "2:1: \"card\" comes once, before everything else"},
