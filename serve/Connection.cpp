@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "scenario/Suggestion.h"
+#include "scenario/Tokens.h"
 #include "serve/SocketPath.h"
 
 namespace serve {
@@ -37,15 +38,15 @@ int Connect(const std::string& path) {
 
 }  // namespace
 
-Connection::Connection(const std::string& path, const std::string& format_name, const Format& format)
-    : path_(path), format_(format), socket_(Connect(path)) {
+Connection::Connection(const std::string& path, const std::string& format_name, const Formats& formats)
+    : path_(path), formats_(formats), format_(*formats.at(format_name)), socket_(Connect(path)) {
   std::ostringstream said;
   const auto refuse = [&](const std::string& reason) {
     close(socket_);
     throw std::runtime_error(reason);
   };
   try {
-    if (Ask(format_name, [&said](std::string_view line) { said << line; }) == Ending::kDone) return;
+    if (Exchange(format_name, [&said](std::string_view line) { said << line; }) == Ending::kDone) return;
   } catch (const std::runtime_error& error) {
     if (said.str().empty()) refuse(error.what());
   }
@@ -55,6 +56,20 @@ Connection::Connection(const std::string& path, const std::string& format_name, 
 Connection::~Connection() { close(socket_); }
 
 Ending Connection::Ask(const std::string& line, const std::function<void(std::string_view)>& each) {
+  if (const std::string word(scenario::Trim(line)); !more_ && formats_.count(word) > 0) {
+    scenario::Answer refusal;
+    refusal.error = '"' + word +
+                    "\" is no statement: it chooses how answers are written, which is settled before the " +
+                    "first one; softcard ctl --json has them as JSON";
+    each(format_.Refusal(refusal));
+    return Ending::kUnusable;
+  }
+  const Ending ending = Exchange(line, each);
+  more_ = ending == Ending::kMore;
+  return ending;
+}
+
+Ending Connection::Exchange(const std::string& line, const std::function<void(std::string_view)>& each) {
   Send(line + '\n');
   for (;;) {
     const std::string answer = NextLine();

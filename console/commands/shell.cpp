@@ -63,7 +63,7 @@ class OwnCard : public ShellCard {
 class RunningCard : public ShellCard {
  public:
   RunningCard(const std::string& socket, const std::string& format)
-      : formats_(MakeFormats()), card_(socket, format, *formats_.at(format)) {}
+      : formats_(MakeFormats()), card_(socket, format, formats_) {}
 
   ShellOutcome Do(scenario::SourceText lines) override try {
     auto last = serve::Ending::kDone;

@@ -223,7 +223,9 @@ class ConnectionTest : public ControlSocketTest {
   }
   std::string WhyNotConnected(const std::string& path, const std::string& format = "text") {
     try {
-      const Connection card(path, format, *formats_.at("text"));
+      Formats formats = PlainFormat::All();
+      formats[format] = std::make_unique<PlainFormat>();
+      const Connection card(path, format, formats);
     } catch (const std::runtime_error& error) {
       return error.what();
     }
@@ -235,7 +237,7 @@ class ConnectionTest : public ControlSocketTest {
 
 TEST_F(ConnectionTest, AsksLineByLine) {
   Begin();
-  Connection card(path_, "other", *formats_.at("other"));
+  Connection card(path_, "other", formats_);
   std::string said;
   const auto keep = [&said](std::string_view line) { said += line; };
   EXPECT_EQ(card.Ask("install-vrf 1", keep), Ending::kDone);
@@ -243,6 +245,19 @@ TEST_F(ConnectionTest, AsksLineByLine) {
   EXPECT_EQ(card.Ask("nonsense", [](std::string_view) {}), Ending::kUnusable);
   EXPECT_EQ(card.Ask("for I in 1..2", keep), Ending::kMore);
   EXPECT_EQ(said, "> install-vrf 1: 0\n- found:    0\n");
+}
+
+TEST_F(ConnectionTest, AWordThatChoosesAFormatIsNotSaid) {
+  Begin();
+  Connection card(path_, "text", formats_);
+  std::string said;
+  const auto keep = [&said](std::string_view line) { said += line; };
+  EXPECT_EQ(card.Ask(" other ", keep), Ending::kUnusable);
+  EXPECT_EQ(said.substr(0, 36), "error: \"other\" is no statement: it c");
+  EXPECT_EQ(card.Ask("init", keep), Ending::kDone) << "it goes on in the format that it has";
+  EXPECT_EQ(card.Ask("expect trace", keep), Ending::kMore);
+  EXPECT_EQ(card.Ask("other", keep), Ending::kMore) << "a line of the trace";
+  EXPECT_EQ(card.Ask("end", keep), Ending::kFailed);
 }
 
 TEST_F(ConnectionTest, SaysThatThereIsNoCard) {
@@ -269,7 +284,7 @@ TEST_F(ConnectionTest, SaysThatTheCardLeft) {
     asio::read_until(client, asio::dynamic_buffer(heard), "show vrfs\n");
     asio::write(client, asio::buffer(std::string("half an ans")));
   });
-  Connection connection(path_, "text", *formats_.at("text"));
+  Connection connection(path_, "text", formats_);
   try {
     connection.Ask("show vrfs", [](std::string_view) {});
     FAIL() << "half an answer is none";

@@ -75,6 +75,9 @@ assert ctl("save " + str(folder / "no" / "file"))[2].startswith("error: cannot w
 run = subprocess.run([program, "ctl", "--socket", path, "--json", "expect rows vrfs 2", "show nothing"],
                      stdout=subprocess.PIPE, text=True, check=False)
 assert run.returncode == 2 and json.loads(run.stdout)["complaints"][0]["message"].startswith("unknown table")
+for word in ("json", "color", "text"):
+    assert ctl(word, "install-vrf 9")[:2] == (2, ""), "answers keep their format"
+assert "softcard ctl --json" in ctl("json")[2]
 refuses(2, "a card that is running has it", "serve", "--control", path)
 
 # A shell that is attached.
@@ -87,6 +90,7 @@ def attached(status, lines, *texts):
 
 attached(0, "for I in 1..2\nsay shell $I\nend\nexpect rows vrfs 2\n", "# shell 1", "# shell 2", "ok: expect rows vrfs 2")
 attached(1, "expect rows vrfs 3\n", "failed: expect rows vrfs 3")
+attached(2, "json\nshow vrfs\n", "softcard ctl --json", "vrf 8")
 attached(2, "show nothing\nfor I in 1..2\n", "unknown table")
 client = socket.socket(socket.AF_UNIX)
 client.connect(path)
