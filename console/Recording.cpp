@@ -1,5 +1,6 @@
 #include "console/Recording.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -7,15 +8,21 @@
 #include <cstring>
 #include <filesystem>
 #include <iostream>
+#include <system_error>
 
 namespace console {
 
 bool RecordInto(const std::string& path) {
-  const auto folder = std::filesystem::absolute(path).parent_path();
-  if (access(path.c_str(), W_OK) != 0 && (errno != ENOENT || access(folder.c_str(), W_OK) != 0)) {
+  std::error_code none;
+  const bool is_new = !std::filesystem::exists(std::filesystem::symlink_status(path, none));
+  // As the recorder will, but that nothing is lost.
+  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
+  if (file < 0) {
     std::cerr << "softcard: cannot write " << path << ": " << std::strerror(errno) << "; name another file\n";
     return false;
   }
+  close(file);
+  if (is_new) std::filesystem::remove(path, none);
   // The recorder looks when the module is first asked for.
   return setenv("HAL_CARD_RECORDING", path.c_str(), 1) == 0;
 }
