@@ -1,6 +1,5 @@
 #include <chrono>
 #include <csignal>
-#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -100,8 +99,11 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   if (!definitions) return kUnusable;
   // Who reads the output may leave; the card stays.
   std::signal(SIGPIPE, SIG_IGN);
-  const bool makes_recording = !options.recording.empty() && !std::filesystem::exists(options.recording);
-  if (!options.recording.empty() && !RecordInto(options.recording)) return kUnusable;
+  OlderRecordings older_recordings;
+  if (!options.recording.empty()) {
+    if (!RecordInto(options.recording)) return kUnusable;
+    older_recordings.Keep(options.recording);
+  }
   std::optional<CaptureFiles> captures;
   const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket() : options.control,
                                          ReadBindings(options.ports, "--port"),
@@ -126,17 +128,11 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   }
   TextPrinter silent(std::cout, {Detail::kFailures});
   session.Begin(silent);
-  std::optional<serve::Server> server;
-  try {
-    server.emplace(settings, session, console.language, formats, console.card, console.living, say);
-  } catch (const std::runtime_error&) {
-    // Of a card that was never served, nothing stays.
-    if (makes_recording) std::filesystem::remove(options.recording);
-    throw;
-  }
+  serve::Server server(settings, session, console.language, formats, console.card, console.living, say);
   if (!options.pcap.empty()) captures.emplace(options.pcap);
-  console.living.interfaces = [&server] { return server->ports().Rows(); };
-  if (serve::ControlPlane* const control_plane = server->control_plane()) {
+  older_recordings.StartSucceeded();
+  console.living.interfaces = [&server] { return server.ports().Rows(); };
+  if (serve::ControlPlane* const control_plane = server.control_plane()) {
     console.living.control_plane = [control_plane] { return control_plane->Rows(); };
     changes.tell = [control_plane] { control_plane->CardChanged(); };
   }
@@ -146,7 +142,7 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
     std::cout.flush();
   };
   std::cout << "ready" << std::endl;
-  server->Run(report);
+  server.Run(report);
   report();
   return Flushed(kAllHold);
 }

@@ -157,5 +157,29 @@ for binding, said in (("eth1=missing0", "missing0"), ("eth1", "takes PORT=INTERF
     refuses(2, said, "serve", "--control", path, "--record", str(folder / "card.rec"), "--port", binding, "-",
             stdin="install-vrf 1\n")
 assert os.listdir(folder) == []
+
+# Of a card that was never served there is no recording, and older ones are as they were.
+recording = folder / "card.rec"
+recordings = {"card.rec": "older", "card.rec.1": "oldest"}
+
+
+def texts():
+    return {file.name: file.read_text(encoding="utf-8") for file in folder.iterdir()}
+
+
+for older in ({}, recordings):
+    for name, text in older.items():
+        (folder / name).write_text(text, encoding="utf-8")
+    for status, said, arguments in ((1, "found:    0", ["-"]), (2, "missing0", ["--port", "eth1=missing0", "-"]),
+                                    (2, "cannot write ", ["--pcap", str(folder / "no" / "where"), "-"]),
+                                    (2, "No such file", ["-", str(folder / "none.scn")])):
+        refuses(status, said, "serve", "--control", path, "--record", str(recording), *arguments,
+                stdin="install-vrf 1\nexpect result " + ("1\n" if status == 1 else "0\n"))
+        assert texts() == older, (arguments, texts())
+card = serve("--control", path, "--record", str(recording), text="install-vrf 1\n")
+assert sorted(os.listdir(folder)) == ["card.rec", "card.rec.1", "s"]
+assert (folder / "card.rec.1").read_text(encoding="utf-8") == "older" and "install-vrf 1" in recording.read_text("utf-8")
+card.terminate()
+assert card.wait(10) == 0
 print(f"a thousand requests: {took:.0f} ms, {used_for_them:.0f} of them the card's")
 shutil.rmtree(folder)
