@@ -1,20 +1,24 @@
 #include "serve/SocketPath.h"
 
 #include <sys/un.h>
+#include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <stdexcept>
 
 #include "scenario/Suggestion.h"
 
 namespace serve {
 
-std::string DefaultSocket() {
-  const char* const folder = std::getenv("XDG_RUNTIME_DIR");
-  if (folder == nullptr || *folder == '\0') {
-    throw std::runtime_error("XDG_RUNTIME_DIR names no folder for the control socket; name the socket yourself");
-  }
-  return std::string(folder) + "/softcard.sock";
+std::string DefaultSocket(const std::string& option) {
+  constexpr char kName[] = "/softcard.sock";
+  const char* const named = std::getenv("XDG_RUNTIME_DIR");
+  if (named != nullptr && *named != '\0') return std::string(named) + kName;
+  const std::string folder = getuid() == 0 ? "/run" : "/run/user/" + std::to_string(getuid());
+  if (std::filesystem::is_directory(folder)) return folder + kName;
+  throw std::runtime_error("there is no folder for the control socket: XDG_RUNTIME_DIR names none, and there is no " +
+                           folder + "; name the socket with " + option);
 }
 
 void CheckLength(const std::string& path) {

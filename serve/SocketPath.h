@@ -5,9 +5,9 @@
 
 namespace serve {
 
-/// Where a card's control socket is that nobody named: softcard.sock in the user's folder for such things. Throws
-/// std::runtime_error when the user has none.
-std::string DefaultSocket();
+/// Where a card's control socket is that nobody named: softcard.sock in $XDG_RUNTIME_DIR, else in /run/user/UID, root's
+/// in /run. Throws std::runtime_error when there is no such folder; `option` is the one that names a socket.
+std::string DefaultSocket(const std::string& option);
 
 /// Throws std::runtime_error when a socket's path is longer than the system takes.
 void CheckLength(const std::string& path);

@@ -24,7 +24,7 @@ struct CtlOptions {
 ExitStatus Ctl(const CtlOptions& options) {
   const std::string name = options.json ? "json" : "text";
   const auto formats = MakeFormats();
-  serve::Connection card(options.socket.empty() ? serve::DefaultSocket() : options.socket, name, formats);
+  serve::Connection card(options.socket.empty() ? serve::DefaultSocket("--socket") : options.socket, name, formats);
   Ending worst = Ending::kDone;
   Ending last = Ending::kDone;
   for (const std::string& statement : options.statements) {

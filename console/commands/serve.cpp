@@ -105,7 +105,7 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
     older_recordings.Keep(options.recording);
   }
   std::optional<CaptureFiles> captures;
-  const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket() : options.control,
+  const serve::Server::Settings settings{options.control.empty() ? serve::DefaultSocket("--control") : options.control,
                                          ReadBindings(options.ports, "--port"),
                                          ReadBindings(options.hosts, "--host"),
                                          options.pcap.empty() ? nullptr : CaptureInto(captures),

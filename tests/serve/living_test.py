@@ -147,6 +147,21 @@ card = serve()
 run = subprocess.run([program, "ctl", "show vrfs"], env=ENVIRONMENT, stdout=subprocess.PIPE, check=True)
 end(card)
 
+# Without a folder in the environment the user has one, or has to name the socket.
+def refuses_as(user, text, *arguments):
+    """Where users can be mapped."""
+    mapped = ["unshare", "--user", f"--map-user={user}"]
+    if subprocess.run([*mapped, "true"], stderr=subprocess.DEVNULL, check=False).returncode != 0:
+        return
+    run = subprocess.run([*mapped, program, *arguments], stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True,
+                         env={**ENVIRONMENT, "XDG_RUNTIME_DIR": ""}, timeout=30, check=False)
+    assert (run.returncode, text in run.stdout) == (2, True), (run.returncode, run.stdout)
+
+
+refuses_as(0, "no card answers at /run/softcard.sock", "ctl", "show nothing")
+refuses_as(4242, "there is no /run/user/4242; name the socket with --socket", "ctl", "show nothing")
+refuses_as(4242, "there is no /run/user/4242; name the socket with --control", "serve")
+
 # What cannot be served leaves nothing either.
 refuses(2, "no card is served", "serve", "--control", path, "-", stdin="nonsense\n")
 refuses(1, "found:    0", "serve", "--control", path, "-", stdin="install-vrf 1\nexpect result 1\n")
