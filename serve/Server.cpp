@@ -9,12 +9,15 @@ namespace serve {
 
 Server::Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
                const Formats& formats, softcard::Card& card, const Living& living, Ports::Say say)
-    : signals_(events_, SIGINT, SIGTERM, SIGHUP),
+    : signals_(events_, SIGINT, SIGTERM, SIGUSR1),
       ports_(events_, card, living, settings.ports, settings.hosts, say, settings.capture),
       control_(events_, settings.socket, [&](const std::string& client) {
         return std::make_unique<Conversation>(session, language, formats, client);
       }) {
-  signals_.add(SIGUSR1);
+  // Whoever ignores it, as nohup does, wants the card to outlive a terminal.
+  struct sigaction hang_up {};
+  sigaction(SIGHUP, nullptr, &hang_up);
+  if (hang_up.sa_handler != SIG_IGN) signals_.add(SIGHUP);
   if (!settings.fpm.empty()) {
     control_plane_.emplace(events_, settings.fpm, settings.quiet, *living.router, std::move(say));
   }

@@ -30,7 +30,7 @@ class Server {
   Server(const Settings& settings, scenario::Session& session, const scenario::Language& language,
          const Formats& formats, softcard::Card& card, const Living& living, Ports::Say say);
 
-  /// Lives until SIGTERM, SIGINT or SIGHUP. `report` is called on SIGUSR1.
+  /// Lives until SIGTERM, SIGINT or, unless it was ignored at the beginning, SIGHUP. `report` is called on SIGUSR1.
   void Run(const std::function<void()>& report);
 
   const Ports& ports() const { return ports_; }

@@ -135,8 +135,16 @@ card.send_signal(signal.SIGUSR1)
 assert "show counters" in end(card)
 refuses(2, "no card answers at", "ctl", "--socket", path, "show vrfs")
 refuses(2, "no card answers at", "shell", "--attach", path)
+signal.signal(signal.SIGHUP, signal.SIG_DFL)  # whatever began this test
 for how in (signal.SIGINT, signal.SIGHUP):
     end(serve("--control", path), how)
+# Whom nohup keeps from hearing that the terminal went lives on.
+signal.signal(signal.SIGHUP, signal.SIG_IGN)
+card = serve("--control", path)
+signal.signal(signal.SIGHUP, signal.SIG_DFL)
+card.send_signal(signal.SIGHUP)
+assert ctl("show vrfs")[0] == 0
+end(card)
 # The default is the user's; what a card that was killed left is replaced.
 card = serve()
 card.kill()
