@@ -99,6 +99,8 @@ ExitStatus Serve(const ServeOptions& options, Console& console) {
   if (!definitions) return kUnusable;
   // Who reads the output may leave; the card stays.
   std::signal(SIGPIPE, SIG_IGN);
+  // There is nothing to report before the card is ready.
+  std::signal(SIGUSR1, SIG_IGN);
   OlderRecordings older_recordings;
   if (!options.recording.empty()) {
     if (!RecordInto(options.recording)) return kUnusable;

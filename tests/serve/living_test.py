@@ -22,12 +22,13 @@ path = str(folder / "s")
 ENVIRONMENT = {**os.environ, "XDG_RUNTIME_DIR": str(folder)}
 
 
-def serve(*arguments, text=""):
-    """A card that has said that it is ready."""
+def serve(*arguments, text="", meanwhile=lambda card: None):
+    """A card that has said that it is ready; meanwhile it was reading the text."""
     card = subprocess.Popen([program, "serve", *arguments, "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
                             stderr=subprocess.STDOUT, text=True, env=ENVIRONMENT)
     atexit.register(card.kill)
     card.stdin.write(text)
+    meanwhile(card)
     card.stdin.close()
     assert card.stdout.readline() == "ready\n"
     return card
@@ -138,6 +139,8 @@ refuses(2, "no card answers at", "shell", "--attach", path)
 signal.signal(signal.SIGHUP, signal.SIG_DFL)  # whatever began this test
 for how in (signal.SIGINT, signal.SIGHUP):
     end(serve("--control", path), how)
+# Who asks for a report before there is a card is not heard. A pipe holds less than this text, so it is being read.
+end(serve("--control", path, text="#" * (1 << 20) + "\n", meanwhile=lambda card: card.send_signal(signal.SIGUSR1)))
 # Whom nohup keeps from hearing that the terminal went lives on.
 signal.signal(signal.SIGHUP, signal.SIG_IGN)
 card = serve("--control", path)
