@@ -64,6 +64,14 @@ serve::Bindings ReadBindings(const std::vector<std::string>& texts, const char* 
   return bindings;
 }
 
+/// Why nobody finds the port of [ADDRESS:]PORT; empty when somebody may.
+std::string CheckPort(const std::string& address) {
+  const std::string port = address.substr(address.rfind(':') + 1);
+  if (port.find_first_not_of('0') != std::string::npos) return "";
+  return scenario::Quoted(address) +
+         " names no port that a control plane can connect to, such as 127.0.0.1:2620 or 2620";
+}
+
 /// Frames with the time that it is. What cannot be written is said once, and ends the files.
 serve::Ports::Capture CaptureInto(std::optional<CaptureFiles>& files) {
   return [&files](const std::string& port, softcard::View frame) {
@@ -172,10 +180,13 @@ void AddServe(CLI::App& app, Console& console) {
   serve->add_option("--pcap", options->pcap, "Write what each port sees into DIR/PORT.pcap")->type_name("DIR");
   serve->add_option("--record", options->recording, "Record the module's calls as well; softcard replay reads it")
       ->type_name("FILE");
-  serve->add_option("--fpm", options->fpm, "Where a control plane's forwarding plane manager connects to")
-      ->type_name("[ADDRESS:]PORT");
+  CLI::Option* const fpm =
+      serve->add_option("--fpm", options->fpm, "Where a control plane's forwarding plane manager connects to")
+          ->type_name("[ADDRESS:]PORT")
+          ->check(CheckPort);
   serve->add_option("--fpm-quiet", options->quiet, "So long after its last word what it did not tell again goes; 30")
       ->type_name("SECONDS")
+      ->needs(fpm)
       ->check(CLI::Range(1U, 86400U));
   serve->callback([&console, options] { console.status = Serve(*options, console); });
 }

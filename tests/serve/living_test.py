@@ -179,6 +179,9 @@ refuses(1, "found:    0", "serve", "--control", path, "-", stdin="install-vrf 1\
 refuses(2, "No such file", "serve", "--control", path, str(folder / "none.scn"))
 refuses(2, "No such file", "serve", "--control", str(folder / "no" / "s"))
 refuses(2, "does not fit", "serve", "-DN=x")
+for address in ("", "0", "127.0.0.1:0", "127.0.0.1:"):
+    refuses(2, f'"{address}" names no port', "serve", "--control", path, "--fpm", address)
+refuses(2, "--fpm-quiet requires --fpm", "serve", "--control", path, "--fpm-quiet", "5")
 for binding, said in (("eth1=missing0", "missing0"), ("eth1", "takes PORT=INTERFACE")):
     refuses(2, said, "serve", "--control", path, "--record", str(folder / "card.rec"), "--port", binding, "-",
             stdin="install-vrf 1\n")
