@@ -32,6 +32,10 @@ int Connect(const std::string& path) {
   if (connect(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0) return made;
   const int reason = errno;
   close(made);
+  if (reason == EACCES) {
+    throw std::runtime_error("the socket " + scenario::Printable(path) +
+                             " is another user's: " + std::strerror(reason) + "; ask as the user who serves the card");
+  }
   throw std::runtime_error("no card answers at " + scenario::Printable(path) + ": " + std::strerror(reason) +
                            "; start one with softcard serve, or name its socket");
 }

@@ -158,7 +158,6 @@ card = serve()
 run = subprocess.run([program, "ctl", "show vrfs"], env=ENVIRONMENT, stdout=subprocess.PIPE, check=True)
 end(card)
 
-# Without a folder in the environment the user has one, or has to name the socket.
 def refuses_as(user, text, *arguments):
     """Where users can be mapped."""
     mapped = ["unshare", "--user", f"--map-user={user}"]
@@ -169,9 +168,15 @@ def refuses_as(user, text, *arguments):
     assert (run.returncode, text in run.stdout) == (2, True), (run.returncode, run.stdout)
 
 
+# Without a folder in the environment the user has one, or has to name the socket.
 refuses_as(0, "no card answers at /run/softcard.sock", "ctl", "show nothing")
 refuses_as(4242, "there is no /run/user/4242; name the socket with --socket", "ctl", "show nothing")
 refuses_as(4242, "there is no /run/user/4242; name the socket with --control", "serve")
+# A card may be there all the same.
+card = serve("--control", path)
+os.chmod(path, 0)
+refuses_as(4242, "is another user's", "ctl", "--socket", path, "show vrfs")
+end(card)
 
 # What cannot be served leaves nothing either.
 refuses(2, "no card is served", "serve", "--control", path, "-", stdin="nonsense\n")
