@@ -1,7 +1,10 @@
 #include "serve/Statements.h"
 
 #include "scenario/Run.h"
+#include "scenario/Suggestion.h"
+#include "scenario/SyntaxError.h"
 #include "scenario/Values.h"
+#include "softcard/LimId.h"
 #include "softcard/Limits.h"
 
 namespace serve {
@@ -14,6 +17,16 @@ using scenario::Run;
 using scenario::Surroundings;
 
 constexpr int kNoSuchPort = -18;
+
+/// Only Ethernet ports have interfaces.
+limid_t ToEthernetPort(const Fields& fields, const Surroundings& around) {
+  const scenario::Token& word = fields.words()[0];
+  const limid_t limid = scenario::ToLimId(word, around.card);
+  if (softcard::LimIdType(limid) == limid_type_ethernet) return limid;
+  throw scenario::SyntaxError{
+      word.offset,
+      scenario::Quoted(word.text) + " is no Ethernet port; only these have interfaces: name a LAG's members"};
+}
 
 template <typename Write>
 scenario::Action Writes(limid_t limid, Write write) {
@@ -35,13 +48,12 @@ void AddStatements(scenario::Language& language, Living& living) {
                Kind::kRequest, [&natives](const Fields& fields, const Surroundings& around) {
                  const auto vlan_id =
                      static_cast<unsigned>(scenario::ToNumber(*fields.Find("vlan"), "VLAN", 1, softcard::kLastVlan));
-                 return Writes(scenario::ToLimId(fields.words()[0], around.card),
+                 return Writes(ToEthernetPort(fields, around),
                                [&natives, vlan_id](int port) { natives[port] = vlan_id; });
                });
   language.Add("no-native", "PORT", "All VLANs are tagged again", Kind::kRequest,
                [&natives](const Fields& fields, const Surroundings& around) {
-                 return Writes(scenario::ToLimId(fields.words()[0], around.card),
-                               [&natives](int port) { natives.erase(port); });
+                 return Writes(ToEthernetPort(fields, around), [&natives](int port) { natives.erase(port); });
                });
   language.Add("show interfaces", "", "Shows the interfaces of a living card's ports, and what they carried",
                Kind::kShow, [&living](const Fields&, const Surroundings&) {
