@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <iostream>
 #include <memory>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -20,6 +21,16 @@ struct CtlOptions {
   std::vector<std::string> statements;
 };
 
+/// An argument may have several, as "$(cat FILE)" does; each has an answer of its own.
+std::vector<std::string> Lines(const std::vector<std::string>& arguments) {
+  std::vector<std::string> lines;
+  for (const std::string& argument : arguments) {
+    std::istringstream text(argument);
+    for (std::string line; std::getline(text, line);) lines.push_back(line);
+  }
+  return lines;
+}
+
 /// One after another, up to the first that is unusable.
 ExitStatus Ctl(const CtlOptions& options) {
   const std::string name = options.json ? "json" : "text";
@@ -27,9 +38,9 @@ ExitStatus Ctl(const CtlOptions& options) {
   serve::Connection card(options.socket.empty() ? serve::DefaultSocket("--socket") : options.socket, name, formats);
   Ending worst = Ending::kDone;
   Ending last = Ending::kDone;
-  for (const std::string& statement : options.statements) {
+  for (const std::string& line : Lines(options.statements)) {
     std::string said;
-    last = card.Ask(statement, [&said](std::string_view line) { said += line; });
+    last = card.Ask(line, [&said](std::string_view part) { said += part; });
     const bool is_error = last == Ending::kUnusable && !options.json;
     (is_error ? std::cerr : std::cout) << said;
     if (last == Ending::kUnusable) return kUnusable;

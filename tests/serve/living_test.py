@@ -71,6 +71,7 @@ status, out, error = ctl("install-vrf 8", "expect result 1", "show nothing", "in
 assert (status, "client 2:2: failed: expect result 1" in out, "unknown table" in error) == (2, True, True)
 assert ctl("install-vrf 8", "expect result 0")[0] == 1, "it is there already"
 assert ctl("expect rows vrfs 2", "for I in 1..2", "say $I", "end")[:2] == (0, "  ok: expect rows vrfs 2\n\n# 1\n\n# 2\n")
+assert ctl("expect rows vrfs 2\nexpect rows vrfs 3")[0] == 1, "an argument of two lines has two answers"
 assert ctl("for I in 1..3") == (2, "", 'softcard: no statement says "end" to what has begun; it was not done\n')
 assert ctl("save " + str(folder / "no" / "file"))[2].startswith("error: cannot write ")
 run = subprocess.run([program, "ctl", "--socket", path, "--json", "expect rows vrfs 2", "show nothing"],
