@@ -66,8 +66,9 @@ void KeepAlive(Tcp::socket& socket) {
   constexpr std::pair<int, int> kOptions[] = {{TCP_KEEPIDLE, 10}, {TCP_KEEPINTVL, 5}, {TCP_KEEPCNT, 4}};
   std::error_code ignored;
   socket.set_option(asio::socket_base::keep_alive(true), ignored);
-  for (const auto& [name, value] : kOptions)
+  for (const auto& [name, value] : kOptions) {
     setsockopt(socket.native_handle(), IPPROTO_TCP, name, &value, sizeof value);
+  }
 }
 
 /// Whether the other side has ended the connection, of which not all may have been read.
