@@ -5,7 +5,7 @@
 
 namespace {
 
-long live = 0;
+long live_blocks = 0;
 long countdown = 0;
 bool has_failed = false;
 
@@ -16,13 +16,13 @@ void* Allocate(std::size_t size) {
   }
   void* const block = std::malloc(size > 0 ? size : 1);
   if (!block) throw std::bad_alloc();
-  ++live;
+  ++live_blocks;
   return block;
 }
 
 void Free(void* block) {
   if (!block) return;
-  --live;
+  --live_blocks;
   std::free(block);
 }
 
@@ -30,7 +30,7 @@ void Free(void* block) {
 
 namespace allocations {
 
-long Live() { return live; }
+long Live() { return live_blocks; }
 
 void FailNth(long nth) {
   countdown = nth;
