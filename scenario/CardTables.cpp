@@ -41,9 +41,8 @@ struct LabelRow {
 LabelRow ReadLabel(const Fields& fields, const softcard::CardDescription& card) {
   using Kind = LabelAction::Kind;
   const std::vector<Token>& words = fields.words();
-  const bool pops = words.size() == 3 && (words[1].text == "pop" || words[1].text == "port");
-  const bool lacks = words.size() == 2 && (words[1].text == "pop" || words[1].text == "port");
-  if (lacks || (!pops && words.size() != 2)) {
+  const bool pops = words.size() > 1 && (words[1].text == "pop" || words[1].text == "port");
+  if (words.size() != (pops ? 3 : 2)) {
     throw SyntaxError{fields.name().offset, "\"label\" needs a label and what becomes of it", fields.form().usage()};
   }
   const unsigned label = ToUnsigned(words[0], "label");

@@ -128,7 +128,7 @@ class Checker {
                                              ? "no packet comes before this expectation of its way"
                                              : Quoted(past_.last_request) + " sends no packet"};
         }
-        if (statement.about == About::kModule && past_.is_packet) {
+        if (statement.about == About::kModule && past_.is_packet && unusable_.empty()) {
           throw SyntaxError{name.offset,
                             Quoted(past_.last_request) + " sends a packet, of which the module hears nothing"};
         }

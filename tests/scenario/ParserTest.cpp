@@ -92,6 +92,15 @@ TEST(Parser, ComplainsOfALineInALoopOnceAndOfOtherLinesToo) {
   EXPECT_EQ(complaints[2].line, 5u);
 }
 
+TEST(Parser, WhatAnUnusableLineMayHaveBroughtIsNotMissedAfterIt) {
+  for (const char* const lines : {"send 1\ninstall-vrf x\nexpect log 3\n", "send 1\ninstall-vrf x\nexpect result 0\n",
+                                  "init\nsend x\nexpect packet \"sent*\"\n"}) {
+    const auto complaints = Parsed(lines).complaints;
+    ASSERT_EQ(complaints.size(), 1u) << complaints.back().message;
+    EXPECT_EQ(complaints[0].line, 2u);
+  }
+}
+
 TEST(Parser, ShowsOfALongLineWhatIsAroundThePlace) {
   const std::string blanks(1000, ' ');
   const auto complaints = Parsed("install-vrf" + blanks + "x" + blanks + "# comment\n").complaints;
